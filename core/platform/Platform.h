@@ -1,0 +1,58 @@
+// Everything that core/ asks of the desktop, as references that outlive the application. The composition root hands
+// each object only what it needs of this; no other code takes the whole.
+#pragma once
+
+namespace quenlio {
+
+class Appearance;
+class Application;
+class Bookmarks;
+class Clock;
+class DistributedNotificationCenter;
+class EventMonitors;
+class FSEventStreams;
+class FileContents;
+class FileManager;
+class FileMetadata;
+class HotKeys;
+class LoginItem;
+class MainBundle;
+class OpenPanel;
+class Panel;
+class Preferences;
+class ProcessInfo;
+class Scheduler;
+class ScreenCaptureAccess;
+class Screens;
+class StandardDirectories;
+class SystemLog;
+class ThumbnailRenderer;
+class UserDefaultsSuites;
+
+struct Platform {
+  Scheduler& scheduler;
+  Clock& clock;
+  SystemLog& log;
+  ProcessInfo& process;
+  MainBundle& bundle;
+  UserDefaultsSuites& defaults;
+  FileManager& files;
+  FileContents& contents;
+  StandardDirectories& directories;
+  FSEventStreams& eventStreams;
+  FileMetadata& metadata;
+  Preferences& preferences;
+  Bookmarks& bookmarks;
+  Screens& screens;
+  Application& application;
+  Appearance& appearance;
+  EventMonitors& eventMonitors;
+  HotKeys& hotKeys;
+  DistributedNotificationCenter& notifications;
+  LoginItem& loginItem;
+  OpenPanel& openPanel;
+  ScreenCaptureAccess& screenCapture;
+  ThumbnailRenderer& thumbnails;
+};
+
+}  // namespace quenlio
