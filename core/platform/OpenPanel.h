@@ -12,15 +12,15 @@ namespace quenlio {
 enum class ContentType { png, jpeg, heic, tiff, pdf };
 
 struct OpenPanelRequest {
-  std::string title;
-  std::string message;
-  std::string prompt;  // the text of the confirming button
+  std::string title = {};
+  std::string message = {};
+  std::string prompt = {};  // the text of the confirming button
   bool canChooseFiles = false;
   bool canChooseDirectories = false;
   bool allowsMultipleSelection = false;
   bool canCreateDirectories = false;
-  std::vector<ContentType> allowedContentTypes;  // empty: all
-  std::optional<FileURL> directoryURL;
+  std::vector<ContentType> allowedContentTypes = {};  // empty: all
+  std::optional<FileURL> directoryURL = {};
 };
 
 class OpenPanel {

@@ -1,0 +1,148 @@
+#include "core/detection/CandidateFiles.h"
+
+#include <algorithm>
+#include <chrono>
+
+#include "core/base/ImageExtensions.h"
+#include "core/platform/FileManager.h"
+#include "core/platform/Scheduler.h"
+
+namespace quenlio {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto kCreationDateTolerance = 4s;
+constexpr Seconds kLookInterval = 0.03s;
+constexpr int kLastAttemptWithoutFile = 19;  // a later look that finds no file gives up
+constexpr int kLastAttempt = 39;             // a later look that is not satisfied gives up
+
+}  // namespace
+
+void CandidateFiles::watch(const FileURL& folder, Date startupDate) {
+  folder_ = folder;
+  startupDate_ = startupDate;
+  const auto existing = existingImagePaths();
+  knownPaths_ = {existing.begin(), existing.end()};
+  pendingPaths_.clear();
+}
+
+void CandidateFiles::scanDirectory() {
+  for (const std::string& path : existingImagePaths()) {
+    processCandidatePath(path);
+  }
+}
+
+std::vector<std::string> CandidateFiles::existingImagePaths() const {
+  std::vector<std::string> paths;
+  if (!folder_) {
+    return paths;
+  }
+  const auto contents = dependencies_.files.contentsOfDirectoryAtURL(*folder_, HiddenFiles::skip);
+  if (!contents.ok()) {
+    return paths;
+  }
+  for (const DirectoryEntry& entry : contents.value()) {
+    if (hasImageExtension(entry.url) && entry.isRegularFile.value_or(false)) {
+      paths.push_back(entry.url.path());
+    }
+  }
+  return paths;
+}
+
+void CandidateFiles::handleFileEvents(const FSEventBatch& batch) {
+  if (batch.numEvents < 1) {
+    return;
+  }
+  const auto count = static_cast<std::size_t>(batch.numEvents);
+  if (!batch.paths || batch.paths->size() < count) {
+    scanDirectory();
+    if (!batch.paths) {
+      return;
+    }
+  }
+  for (std::size_t i = 0; i < std::min(count, batch.paths->size()); ++i) {
+    const auto& path = (*batch.paths)[i];
+    if (!path) {
+      continue;
+    }
+    const FSEventFlags flags = batch.flags && i < batch.flags->size() ? (*batch.flags)[i] : 0;
+    if ((flags & kFSEventStreamEventFlagMustScanSubDirs) != 0) {
+      scanDirectory();
+    } else if ((flags & kFSEventStreamEventFlagItemRemoved) != 0) {
+      knownPaths_.erase(*path);
+      pendingPaths_.erase(*path);
+    } else {
+      processCandidatePath(*path);
+    }
+  }
+}
+
+void CandidateFiles::processCandidatePath(const std::string& path) {
+  const FileURL url(path);
+  if (!hasImageExtension(url)) {
+    return;
+  }
+  if (!folder_ || url.parent().standardized() != folder_->standardized()) {
+    return;
+  }
+  // From here on the path counts as seen, whatever follows: one candidate is judged once.
+  if (!knownPaths_.insert(path).second) {
+    return;
+  }
+  if (!wasCreatedRecently(url) || pendingPaths_.contains(path)) {
+    return;
+  }
+  pendingPaths_[path] = {};
+  emitWhenFileExists(url, 0);
+}
+
+bool CandidateFiles::wasCreatedRecently(const FileURL& url) const {
+  const auto attributes = dependencies_.files.attributesOfItemAtPath(url);
+  const auto created = attributes.ok() ? attributes.value().creationDate : std::nullopt;
+  return !created || *created >= startupDate_ - kCreationDateTolerance;
+}
+
+std::optional<std::int64_t> CandidateFiles::fileSize(const FileURL& url) const {
+  const auto attributes = dependencies_.files.attributesOfItemAtPath(url);
+  return attributes.ok() ? attributes.value().size : std::nullopt;
+}
+
+void CandidateFiles::emitWhenFileExists(const FileURL& url, int attempt) {
+  dependencies_.queue.after(kLookInterval, [weak = weak_from_this(), url, attempt] {
+    if (const auto self = weak.lock()) {
+      self->look(url, attempt);
+    }
+  });
+}
+
+void CandidateFiles::look(const FileURL& url, int attempt) {
+  using Answer = ScreenshotFileClassifier::Answer;
+  const auto lookAgainUnless = [&](bool isOver) {
+    if (isOver) {
+      pendingPaths_.erase(url.path());
+    } else {
+      emitWhenFileExists(url, attempt + 1);
+    }
+  };
+  if (!dependencies_.files.fileExistsAtPath(url)) {
+    return lookAgainUnless(attempt > kLastAttemptWithoutFile);
+  }
+  const auto size = fileSize(url);
+  if (!size) {
+    return lookAgainUnless(attempt > kLastAttempt);
+  }
+  ScreenshotFileReadinessState& state = pendingPaths_[url.path()];
+  state.observe(*size);
+  if (!state.isStable()) {
+    return lookAgainUnless(attempt > kLastAttempt);
+  }
+  const Answer answer = ScreenshotFileClassifier::isScreenshot(dependencies_.metadata, url);
+  if (answer != Answer::yes) {
+    return lookAgainUnless(answer == Answer::no || attempt > kLastAttempt);
+  }
+  pendingPaths_.erase(url.path());
+  dependencies_.emit(url);
+}
+
+}  // namespace quenlio

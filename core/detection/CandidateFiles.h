@@ -1,0 +1,55 @@
+// The files of the watched folder that have been seen, and those that are being looked at until they prove to be
+// finished screenshots. Owned by ScreenshotWatcher; lives on the watcher's queue alone.
+#pragma once
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "core/base/Date.h"
+#include "core/base/FileURL.h"
+#include "core/detection/ScreenshotFileClassifier.h"
+#include "core/platform/FSEventStream.h"
+
+namespace quenlio {
+
+class FileManager;
+class FileMetadata;
+class SerialQueue;
+
+class CandidateFiles : public std::enable_shared_from_this<CandidateFiles> {
+ public:
+  struct Dependencies {
+    SerialQueue& queue;
+    const FileManager& files;
+    const FileMetadata& metadata;
+    std::function<void(const FileURL&)> emit;  // called on the queue
+  };
+
+  explicit CandidateFiles(Dependencies dependencies) : dependencies_(std::move(dependencies)) {}
+
+  // Starts over on a folder: all images that lie in it now count as seen.
+  void watch(const FileURL& folder, Date startupDate);
+  void handleFileEvents(const FSEventBatch& batch);
+  void scanDirectory();
+  void processCandidatePath(const std::string& path);
+
+ private:
+  [[nodiscard]] std::vector<std::string> existingImagePaths() const;
+  [[nodiscard]] bool wasCreatedRecently(const FileURL& url) const;
+  [[nodiscard]] std::optional<std::int64_t> fileSize(const FileURL& url) const;
+  void emitWhenFileExists(const FileURL& url, int attempt);
+  void look(const FileURL& url, int attempt);
+
+  Dependencies dependencies_;
+  std::optional<FileURL> folder_;
+  Date startupDate_{};
+  std::set<std::string> knownPaths_;
+  std::map<std::string, ScreenshotFileReadinessState> pendingPaths_;
+};
+
+}  // namespace quenlio

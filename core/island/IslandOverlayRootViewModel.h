@@ -1,0 +1,33 @@
+// All that the island's root view is given: what it shows, and whom it tells of what the user does.
+//
+// The references outlive the view. The callbacks hold their owner weakly and may be called at any time. Main thread.
+#pragma once
+
+#include <functional>
+
+#include "core/geometry/Geometry.h"
+
+namespace quenlio {
+
+class AppSettings;
+class ScreenshotStore;
+struct IslandOverlayPresentationState;
+struct ScreenshotItem;
+
+struct IslandOverlayRootViewModel {
+  ScreenshotStore& store;
+  AppSettings& settings;
+  IslandOverlayPresentationState& presentationState;
+
+  std::function<void(bool hovering)> onHoverChanged;
+  std::function<void()> onClose;
+  std::function<void(const ScreenshotItem&)> onOpenQuickLook;
+  std::function<void(const ScreenshotItem&)> onOpenEditor;
+  // The distance dragged since the gesture began, in points, y growing downward.
+  std::function<void(Size translation, bool ended)> onWindowDrag;
+  std::function<void(bool dragging)> onItemDragStateChanged;
+  std::function<void()> onRequestNewScreenshot;
+  std::function<void()> onRequestFolderAccess;
+};
+
+}  // namespace quenlio

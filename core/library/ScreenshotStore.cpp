@@ -1,0 +1,149 @@
+#include "core/library/ScreenshotStore.h"
+
+#include <algorithm>
+
+#include "core/base/ImageExtensions.h"
+#include "core/diagnostics/QuenlioReleaseTestDiagnostics.h"
+#include "core/identity/AppPaths.h"
+#include "core/platform/FileManager.h"
+#include "core/platform/SystemLog.h"
+#include "core/settings/AppSettings.h"
+
+namespace quenlio {
+namespace {
+
+constexpr Size kThumbnailSize{280, 220};
+
+FileAttributes attributesOrNone(const FileManager& files, const FileURL& url) {
+  const auto attributes = files.attributesOfItemAtPath(url);
+  return attributes.ok() ? attributes.value() : FileAttributes{};
+}
+
+}  // namespace
+
+ScreenshotStore::ScreenshotStore(const Dependencies& dependencies)
+    : dependencies_(dependencies),
+      appSupportURL_(dependencies.paths.appSupportDirectoryURL()),
+      pinned_(appSupportURL_.appending("pinned.json"), dependencies.files, dependencies.contents, dependencies.log) {
+  createStorageIfNeeded();
+  pinned_.load();
+  // Told before the limit is stored, a prune still runs with the old one: a lower limit takes hold at the next ingest.
+  maxHistoryObserver_ = dependencies_.settings.maxHistory.subscribe(
+      weak_.bind([](ScreenshotStore& self, std::int64_t) { self.pruneIfNeeded(); }));
+  syncReleaseTestDiagnostics();
+}
+
+void ScreenshotStore::createStorageIfNeeded() {
+  const auto made = dependencies_.files.createDirectoryAtURL(appSupportURL_);
+  if (!made.ok()) {
+    dependencies_.log.NSLog("Failed to create app support directory: " + made.error().localizedDescription);
+  }
+}
+
+void ScreenshotStore::ingestScreenshot(const FileURL& url, std::optional<DisplayID> sourceDisplayID) {
+  if (!dependencies_.files.fileExistsAtPath(url) || !hasImageExtension(url)) {
+    return;
+  }
+  const FileAttributes attributes = attributesOrNone(dependencies_.files, url);
+  const ScreenshotItem item{
+      .id = Uuid::random(),
+      .fileURL = url,
+      .createdAt = attributes.creationDate.value_or(dependencies_.clock.now()),
+      .fileSize = attributes.size.value_or(0),
+      .isPinned = pinned_.contains(url),
+      .thumbnail = nullptr,
+      .sourceDisplayID = sourceDisplayID,
+  };
+  items.mutate(
+      [&](auto& list) { std::erase_if(list, [&](const ScreenshotItem& other) { return other.fileURL == url; }); });
+  items.mutate([&](auto& list) { list.insert(list.begin(), item); });
+  select(item.id);
+  pruneIfNeeded();
+  pinned_.persist();
+  makeThumbnailLater(url, item.id);
+  syncReleaseTestDiagnostics();
+}
+
+void ScreenshotStore::refreshEditedScreenshot(const FileURL& url) {
+  const auto& list = items.get();
+  const auto found = std::ranges::find(list, url, &ScreenshotItem::fileURL);
+  if (found == list.end() || !dependencies_.files.fileExistsAtPath(url)) {
+    return;
+  }
+  const FileAttributes attributes = attributesOrNone(dependencies_.files, url);
+  const Uuid id = found->id;
+  items.mutate([&, index = found - list.begin()](auto& edited) {
+    ScreenshotItem& item = edited[static_cast<std::size_t>(index)];
+    item.fileSize = attributes.size.value_or(item.fileSize);
+    item.createdAt = attributes.creationDate.value_or(item.createdAt);
+  });
+  makeThumbnailLater(url, id);
+  syncReleaseTestDiagnostics();
+}
+
+void ScreenshotStore::removeMissingFiles() {
+  items.mutate([&](auto& list) {
+    std::erase_if(list,
+                  [&](const ScreenshotItem& item) { return !dependencies_.files.fileExistsAtPath(item.fileURL); });
+  });
+  std::set<std::string> paths;
+  for (const ScreenshotItem& item : items.get()) {
+    if (item.isPinned) {
+      paths.insert(item.fileURL.path());
+    }
+  }
+  pinned_.replaceAll(std::move(paths));
+  pinned_.persist();
+  normalizeSelection(std::nullopt, true);
+}
+
+void ScreenshotStore::pruneIfNeeded() {
+  std::vector<ScreenshotItem> next;
+  std::vector<ScreenshotItem> unpinned;
+  for (const ScreenshotItem& item : items.get()) {
+    (item.isPinned ? next : unpinned).push_back(item);
+  }
+  const auto limit = static_cast<std::size_t>(std::max<std::int64_t>(dependencies_.settings.maxHistory.get(), 1));
+  const std::size_t room = limit > next.size() ? limit - next.size() : 0;
+  unpinned.resize(std::min(unpinned.size(), room));
+  next.insert(next.end(), unpinned.begin(), unpinned.end());
+  items.set(next);
+  std::ranges::stable_sort(next, std::ranges::greater{}, &ScreenshotItem::createdAt);
+  items.set(std::move(next));
+  normalizeSelection(std::nullopt, true);
+}
+
+void ScreenshotStore::makeThumbnailLater(const FileURL& url, const Uuid& id) {
+  auto deliver = weak_.bind([](ScreenshotStore& self, const Uuid& itemID, const ImageRef& thumbnail) {
+    if (self.find(itemID) != nullptr) {
+      self.items.mutate(
+          [&](auto& list) { std::ranges::find(list, itemID, &ScreenshotItem::id)->thumbnail = thumbnail; });
+    }
+  });
+  dependencies_.scheduler.detached(
+      QualityOfService::utility, [deliver, url, id, alive = std::weak_ptr(isAlive_),
+                                  &thumbnails = dependencies_.thumbnails, &scheduler = dependencies_.scheduler] {
+        if (alive.expired()) {
+          return;
+        }
+        ImageRef thumbnail = thumbnails.render(url, kThumbnailSize);
+        scheduler.post([deliver, id, thumbnail = std::move(thumbnail)] { deliver(id, thumbnail); });
+      });
+}
+
+void ScreenshotStore::syncReleaseTestDiagnostics() {
+  const ScreenshotItem* selected = selectedItem();
+  dependencies_.diagnostics.update([&](QuenlioReleaseTestState& state) {
+    const auto& list = items.get();
+    state.screenshotCount = static_cast<std::int64_t>(list.size());
+    state.latestScreenshotPath = list.empty() ? std::nullopt : std::optional(list.front().fileURL.path());
+    state.selectedScreenshotPath = selected != nullptr ? std::optional(selected->fileURL.path()) : std::nullopt;
+  });
+}
+
+const ScreenshotItem* ScreenshotStore::find(const Uuid& id) const {
+  const auto found = std::ranges::find(items.get(), id, &ScreenshotItem::id);
+  return found != items.get().end() ? &*found : nullptr;
+}
+
+}  // namespace quenlio
