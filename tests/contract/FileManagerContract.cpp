@@ -1,0 +1,211 @@
+// What every file manager does, the fake and the real one.
+#include <gtest/gtest.h>
+#include <stdlib.h>
+
+#include <filesystem>
+
+#include "desktop/linux/system/LinuxClock.h"
+#include "desktop/linux/system/LinuxFileContents.h"
+#include "desktop/linux/system/LinuxFileManager.h"
+#include "desktop/linux/system/OwnFiles.h"
+#include "tests/fakes/FakeFileSystem.h"
+#include "tests/harness/VirtualTime.h"
+
+namespace quenlio {
+namespace {
+
+struct FakeFiles {
+  VirtualTime time;
+  CallLog log;
+  FakeFileSystem system{time, log};
+  FileURL root{"/root"};
+
+  FakeFiles() { system.makeFolder("/root"); }
+  FileManager& files() { return system; }
+  FileContents& contents() { return system; }
+  const Clock& clock() { return time; }
+};
+
+struct RealFiles {
+  LinuxClock linuxClock;
+  OwnFiles own;
+  LinuxFileManager manager{own, linuxClock};
+  LinuxFileContents fileContents;
+  FileURL root;
+
+  RealFiles() {
+    std::string folder = (std::filesystem::temp_directory_path() / "quenlio-contract-XXXXXX").string();
+    root = FileURL(mkdtemp(folder.data()));
+  }
+  ~RealFiles() { std::filesystem::remove_all(root.path()); }
+  FileManager& files() { return manager; }
+  FileContents& contents() { return fileContents; }
+  const Clock& clock() { return linuxClock; }
+};
+
+template <class Files>
+class FileManagerContract : public testing::Test {
+ protected:
+  FileURL path(std::string_view relative) const { return this->system.root.appending(relative); }
+  FileManager& files() { return system.files(); }
+  FileContents& contents() { return system.contents(); }
+  void write(std::string_view relative, std::string_view text) {
+    ASSERT_TRUE(contents().writeAtomically(path(relative), text).ok());
+  }
+  std::string read(std::string_view relative) {
+    const auto text = contents().read(path(relative));
+    return text.ok() ? text.value() : "(unreadable)";
+  }
+  std::vector<std::string> names(HiddenFiles hidden) {
+    std::vector<std::string> found;
+    const auto entries = files().contentsOfDirectoryAtURL(system.root, hidden);
+    if (entries.ok()) {
+      for (const DirectoryEntry& entry : entries.value()) {
+        found.push_back(entry.url.lastPathComponent());
+      }
+    }
+    std::ranges::sort(found);
+    return found;
+  }
+
+  Files system;
+};
+
+using Systems = testing::Types<FakeFiles, RealFiles>;
+TYPED_TEST_SUITE(FileManagerContract, Systems);
+
+TYPED_TEST(FileManagerContract, aWrittenFileIsThereWithItsSizeAndCreationDate) {
+  const Date before = this->system.clock().now();
+  this->write("a.txt", "hello");
+
+  EXPECT_TRUE(this->files().fileExistsAtPath(this->path("a.txt")));
+  EXPECT_FALSE(this->files().isDirectory(this->path("a.txt")));
+  const auto attributes = this->files().attributesOfItemAtPath(this->path("a.txt"));
+  ASSERT_TRUE(attributes.ok());
+  EXPECT_EQ(attributes.value().size, 5);
+  ASSERT_TRUE(attributes.value().creationDate.has_value());
+  // The kernel stamps files with a clock that runs a few milliseconds behind.
+  EXPECT_GE(*attributes.value().creationDate, before - std::chrono::milliseconds(20));
+  EXPECT_EQ(this->read("a.txt"), "hello");
+}
+
+TYPED_TEST(FileManagerContract, whatIsNotThereHasNoAttributesAndCannotBeRead) {
+  EXPECT_FALSE(this->files().fileExistsAtPath(this->path("none")));
+  EXPECT_FALSE(this->files().isReadableFileAtPath(this->path("none")));
+  EXPECT_FALSE(this->files().attributesOfItemAtPath(this->path("none")).ok());
+  EXPECT_FALSE(this->contents().read(this->path("none")).ok());
+  EXPECT_FALSE(this->files().contentsOfDirectoryAtURL(this->path("none"), HiddenFiles::skip).ok());
+  EXPECT_FALSE(this->files().removeItemAtURL(this->path("none")).ok());
+  EXPECT_FALSE(this->files().moveItemAtURL(this->path("none"), this->path("other")).ok());
+}
+
+TYPED_TEST(FileManagerContract, aMoveKeepsContentAndCreationDate) {
+  this->write("a.txt", "hello");
+  const auto created = this->files().attributesOfItemAtPath(this->path("a.txt")).value().creationDate;
+
+  ASSERT_TRUE(this->files().moveItemAtURL(this->path("a.txt"), this->path("b.txt")).ok());
+
+  EXPECT_FALSE(this->files().fileExistsAtPath(this->path("a.txt")));
+  EXPECT_EQ(this->read("b.txt"), "hello");
+  EXPECT_EQ(this->files().attributesOfItemAtPath(this->path("b.txt")).value().creationDate, created);
+}
+
+TYPED_TEST(FileManagerContract, aMoveOrCopyOntoAFileFailsAndLeavesBoth) {
+  this->write("a.txt", "from");
+  this->write("b.txt", "there");
+
+  EXPECT_FALSE(this->files().moveItemAtURL(this->path("a.txt"), this->path("b.txt")).ok());
+  EXPECT_FALSE(this->files().copyItemAtURL(this->path("a.txt"), this->path("b.txt")).ok());
+
+  EXPECT_EQ(this->read("a.txt"), "from");
+  EXPECT_EQ(this->read("b.txt"), "there");
+}
+
+TYPED_TEST(FileManagerContract, aMovedFolderBringsItsContents) {
+  ASSERT_TRUE(this->files().createDirectoryAtURL(this->path("old/inner")).ok());
+  this->write("old/inner/a.txt", "hello");
+
+  ASSERT_TRUE(this->files().moveItemAtURL(this->path("old"), this->path("new")).ok());
+
+  EXPECT_EQ(this->read("new/inner/a.txt"), "hello");
+  EXPECT_FALSE(this->files().fileExistsAtPath(this->path("old")));
+}
+
+TYPED_TEST(FileManagerContract, aCopyLeavesTheSource) {
+  this->write("a.txt", "hello");
+  ASSERT_TRUE(this->files().copyItemAtURL(this->path("a.txt"), this->path("b.txt")).ok());
+  EXPECT_EQ(this->read("a.txt"), "hello");
+  EXPECT_EQ(this->read("b.txt"), "hello");
+}
+
+TYPED_TEST(FileManagerContract, foldersAreMadeWithThoseAboveAndASecondTimeIsNoError) {
+  ASSERT_TRUE(this->files().createDirectoryAtURL(this->path("a/b/c")).ok());
+  EXPECT_TRUE(this->files().isDirectory(this->path("a/b/c")));
+  EXPECT_TRUE(this->files().createDirectoryAtURL(this->path("a/b/c")).ok());
+  this->write("file", "x");
+  EXPECT_FALSE(this->files().createDirectoryAtURL(this->path("file")).ok());
+}
+
+TYPED_TEST(FileManagerContract, aListingTellsFilesFromFoldersAndSkipsHiddenOnesWhenAsked) {
+  this->write("a.txt", "x");
+  this->write(".hidden", "x");
+  ASSERT_TRUE(this->files().createDirectoryAtURL(this->path("folder")).ok());
+
+  EXPECT_EQ(this->names(HiddenFiles::skip), (std::vector<std::string>{"a.txt", "folder"}));
+  EXPECT_EQ(this->names(HiddenFiles::include), (std::vector<std::string>{".hidden", "a.txt", "folder"}));
+  const auto listed = this->files().contentsOfDirectoryAtURL(this->system.root, HiddenFiles::skip);
+  for (const DirectoryEntry& entry : listed.value()) {
+    EXPECT_EQ(entry.isRegularFile, entry.url.lastPathComponent() == "a.txt");
+  }
+}
+
+TYPED_TEST(FileManagerContract, anEnumerationVisitsHiddenFilesAndFoldersBeforeTheirContents) {
+  ASSERT_TRUE(this->files().createDirectoryAtURL(this->path("folder")).ok());
+  this->write("folder/.hidden", "x");
+  std::vector<std::pair<std::string, bool>> visited;
+
+  ASSERT_TRUE(this->files().enumerateAtURL(this->system.root, [&](const FileURL& url, bool isDirectory) {
+    visited.emplace_back(url.lastPathComponent(), isDirectory);
+  }));
+
+  EXPECT_EQ(visited, (std::vector<std::pair<std::string, bool>>{{"folder", true}, {".hidden", false}}));
+  EXPECT_FALSE(this->files().enumerateAtURL(this->path("none"), [](const FileURL&, bool) {}));
+}
+
+TYPED_TEST(FileManagerContract, anAtomicWriteReplacesTheWholeFile) {
+  this->write("a.txt", "a long first text");
+  this->write("a.txt", "short");
+  EXPECT_EQ(this->read("a.txt"), "short");
+  EXPECT_EQ(this->names(HiddenFiles::include), std::vector<std::string>{"a.txt"});
+}
+
+TYPED_TEST(FileManagerContract, aFileCannotBeWrittenWhereThereIsNoFolderOrAFolderInTheWay) {
+  EXPECT_FALSE(this->contents().writeAtomically(this->path("none/a.txt"), "x").ok());
+  EXPECT_FALSE(this->contents().append(this->path("none/a.txt"), "x").ok());
+  ASSERT_TRUE(this->files().createDirectoryAtURL(this->path("folder")).ok());
+  EXPECT_FALSE(this->contents().writeAtomically(this->path("folder"), "x").ok());
+  EXPECT_TRUE(this->files().isDirectory(this->path("folder")));
+}
+
+TYPED_TEST(FileManagerContract, appendingMakesTheFileAndAddsAtItsEnd) {
+  ASSERT_TRUE(this->contents().append(this->path("log"), "one\n").ok());
+  ASSERT_TRUE(this->contents().append(this->path("log"), "two\n").ok());
+  EXPECT_EQ(this->read("log"), "one\ntwo\n");
+}
+
+TYPED_TEST(FileManagerContract, aPictureThatIsStillEmptyHasNoValuesInAListing) {
+  if constexpr (std::is_same_v<TypeParam, FakeFiles>) {
+    this->system.system.write("/root/shot.png", "");
+    this->system.system.setUnfinished("/root/shot.png", true);
+  } else {
+    this->write("shot.png", "");
+  }
+  const auto listed = this->files().contentsOfDirectoryAtURL(this->system.root, HiddenFiles::skip);
+  ASSERT_TRUE(listed.ok());
+  ASSERT_EQ(listed.value().size(), 1U);
+  EXPECT_FALSE(listed.value().front().isRegularFile.has_value());
+  EXPECT_FALSE(listed.value().front().creationDate.has_value());
+}
+
+}  // namespace
+}  // namespace quenlio
