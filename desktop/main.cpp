@@ -1,1 +1,105 @@
-int main() { return 0; }
+// The program: makes the platform and the application on it, and runs the loop.
+#include <QtWidgets/QApplication>
+#include <csignal>
+#include <cstdlib>
+#include <malloc.h>
+#include <memory>
+#include <xcb/xcb.h>
+
+#include "core/app/AppDelegate.h"
+#include "core/editor/ScreenshotEditorManager.h"
+
+#include "desktop/LinuxPlatform.h"
+#include "desktop/linux/session/SingleInstance.h"
+#include "desktop/linux/session/TerminationSignals.h"
+#include "desktop/render/QtImage.h"
+#include "desktop/views/island/QtIslandShell.h"
+
+namespace quenlio {
+namespace {
+
+// A decoded picture's memory goes back to the system at once, instead of staying with the program for the next one; and
+// the few threads share their arenas.
+void keepMemorySmall() {
+  mallopt(M_MMAP_THRESHOLD, 256 * 1024);
+  mallopt(M_TRIM_THRESHOLD, 256 * 1024);
+  mallopt(M_ARENA_MAX, 2);
+}
+
+// Where both are there, X11 (or XWayland) is the desktop that this shell speaks to.
+bool reachesDisplay() {
+  if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
+    qputenv("QT_QPA_PLATFORM", "xcb");
+  }
+  if (qgetenv("QT_QPA_PLATFORM") != "xcb") {
+    return true;
+  }
+  const std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> probe(xcb_connect(nullptr, nullptr),
+                                                                           &xcb_disconnect);
+  return xcb_connection_has_error(probe.get()) == 0;
+}
+
+// Pictures for the preview where it shows more pixels than a thumbnail has.
+SharpRendition sharpRendition(Scheduler& scheduler, const ImageDecoder& decoder) {
+  return [&scheduler, &decoder](const FileURL& url, QSize pixels, std::function<void(const ImageRef&)> completion) {
+    scheduler.detached(
+        QualityOfService::userInitiated, [&scheduler, &decoder, url, pixels, completion = std::move(completion)] {
+          const auto decoded = decoder.decode(url, pixels, true);
+          ImageRef image = decoded ? std::make_shared<QtImage>(
+                                         decoded->image, Size{decoded->pointSize.width(), decoded->pointSize.height()})
+                                   : nullptr;
+          scheduler.post([completion, image = std::move(image)] { completion(image); });
+        });
+  };
+}
+
+int run(QApplication& application, const LinuxProcessInfo& process, const LinuxMainBundle& bundle) {
+  const auto configuration = QuenlioReleaseTestConfiguration::fromEnvironment(process);
+  UserIntent intent;
+  SingleInstance instance(
+      SingleInstance::serviceName(configuration.isEnabled ? std::optional(configuration.runID) : std::nullopt), intent);
+  if (!instance.isFirst()) {
+    (void)instance.showRunningInstance();
+    return EXIT_SUCCESS;
+  }
+  LinuxPlatform linux_(process, bundle, configuration, intent);
+  QtIslandShell shell({.scheduler = linux_.scheduler(),
+                       .intent = intent,
+                       .compositor = linux_.compositor(),
+                       .sharpRendition = sharpRendition(linux_.scheduler(), linux_.decoder())});
+  NoAnalytics analytics;
+  NoEditor editors;
+  AppDelegate app(linux_.platform(),
+                  {.islandShell = shell,
+                   .analytics = analytics,
+                   .editors = editors,
+                   .makeUpdater = [] { return std::make_unique<NoUpdater>(); }},
+                  configuration);
+  const TerminationSignals signals([] { QCoreApplication::quit(); });
+  instance.setOnShow([&app] { app.openIslandToolFromMenu(); });
+  QObject::connect(&application, &QCoreApplication::aboutToQuit, &application,
+                   [&app] { app.applicationWillTerminate(); });
+  app.applicationDidFinishLaunching();
+  return QApplication::exec();
+}
+
+}  // namespace
+}  // namespace quenlio
+
+int main(int argc, char** argv) {
+  using namespace quenlio;
+  keepMemorySmall();
+  std::signal(SIGPIPE, SIG_IGN);
+  const LinuxProcessInfo process({argv, argv + argc});
+  const LinuxMainBundle bundle(LinuxMainBundle::executableURL());
+  if (!reachesDisplay()) {
+    LinuxSystemLog().NSLog("There is no X display to show the island on.");
+    return EXIT_FAILURE;
+  }
+  QApplication application(argc, argv);
+  QApplication::setApplicationName(QStringLiteral("quenlio"));
+  QApplication::setDesktopFileName(QStringLiteral("com.quenlio.app"));
+  // Before any window, so that a session without one does not end the program.
+  QApplication::setQuitOnLastWindowClosed(false);
+  return run(application, process, bundle);
+}

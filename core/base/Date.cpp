@@ -35,7 +35,11 @@ std::optional<Date> dateFromISO8601(std::string_view text) {
     return value;
   };
   const auto day = std::chrono::year(number(0, 4)) / number(5, 2) / number(8, 2);
-  if (!day.ok() || number(11, 2) > 23 || number(14, 2) > 59 || number(17, 2) > 59) {
+  // The nanoseconds of a Date reach from 1677 to 2262; the whole years in between are taken.
+  constexpr auto firstYear = std::chrono::year(1678);
+  constexpr auto lastYear = std::chrono::year(2261);
+  if (!day.ok() || day.year() < firstYear || day.year() > lastYear || number(11, 2) > 23 || number(14, 2) > 59 ||
+      number(17, 2) > 59) {
     return std::nullopt;
   }
   return Date(std::chrono::sys_days(day)) + std::chrono::hours(number(11, 2)) + std::chrono::minutes(number(14, 2)) +

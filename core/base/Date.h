@@ -19,7 +19,7 @@ inline constexpr Date kDistantPast = Date::min();
 // ISO 8601 with whole seconds and the zone Z: "2026-11-15T21:04:33Z". Fractions are cut off.
 [[nodiscard]] std::string iso8601(Date date);
 
-// The reverse of iso8601(); nothing for any other form.
+// The reverse of iso8601(); nothing for any other form, nor before 1678 or after 2261, which a Date cannot hold.
 [[nodiscard]] std::optional<Date> dateFromISO8601(std::string_view text);
 
 }  // namespace quenlio

@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <cstdio>
 
+#include "core/base/Text.h"
+
 namespace quenlio::json {
 namespace {
 
@@ -56,10 +58,36 @@ bool isDressed(std::string_view text, std::size_t at) {
   return text.substr(at, 2) == kDressPrefix && isContinuation(text, at + 2, 0xBC, 0xBF) && isContinuation(text, at + 3);
 }
 
+// The same characters may come escaped, as the pair \uDBFF\uDF00 and the 255 after it: gives the byte that U+10FF00 + b
+// would undress to.
+std::optional<unsigned char> escapedDress(std::string_view text, std::size_t at) {
+  constexpr std::string_view prefix = R"(\udbff\udf)";
+  const std::string_view digits = text.substr(at).substr(0, prefix.size() + 2);
+  unsigned byte = 0;
+  const bool fits = digits.size() == prefix.size() + 2 && lowercased(digits.substr(0, prefix.size())) == prefix &&
+                    std::from_chars(digits.data() + prefix.size(), digits.data() + digits.size(), byte, 16).ptr ==
+                        digits.data() + digits.size();
+  return fits ? std::optional(static_cast<unsigned char>(byte)) : std::nullopt;
+}
+
 std::string dress(std::string_view text) {
   std::string out;
   out.reserve(text.size());
   for (std::size_t at = 0; at < text.size();) {
+    if (text[at] == '\\') {
+      if (const auto byte = escapedDress(text, at)) {
+        for (const char part : dressed(*byte)) {
+          out += dressed(static_cast<unsigned char>(part));
+        }
+        at += 12;
+        continue;
+      }
+      // With the character after it, which is no beginning of an escape then.
+      const std::size_t length = text.substr(at, 2) == R"(\\)" ? 2 : 1;
+      out += text.substr(at, length);
+      at += length;
+      continue;
+    }
     const std::size_t length = isDressed(text, at) ? 0 : sequenceLength(text, at);
     if (length == 0) {
       out += dressed(static_cast<unsigned char>(text[at]));

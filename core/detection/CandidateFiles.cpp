@@ -71,7 +71,7 @@ void CandidateFiles::handleFileEvents(const FSEventBatch& batch) {
       scanDirectory();
     } else if ((flags & kFSEventStreamEventFlagItemRemoved) != 0) {
       knownPaths_.erase(*path);
-      pendingPaths_.erase(*path);
+      stopLooking(*path);
     } else {
       processCandidatePath(*path);
     }
@@ -94,7 +94,8 @@ void CandidateFiles::processCandidatePath(const std::string& path) {
     return;
   }
   pendingPaths_[path] = {};
-  emitWhenFileExists(url, 0);
+  looksUnderWay_[url.path()] = ++lastLooksID_;
+  emitWhenFileExists({url, lastLooksID_}, 0);
 }
 
 bool CandidateFiles::wasCreatedRecently(const FileURL& url) const {
@@ -108,21 +109,31 @@ std::optional<std::int64_t> CandidateFiles::fileSize(const FileURL& url) const {
   return attributes.ok() ? attributes.value().size : std::nullopt;
 }
 
-void CandidateFiles::emitWhenFileExists(const FileURL& url, int attempt) {
-  dependencies_.queue.after(kLookInterval, [weak = weak_from_this(), url, attempt] {
+void CandidateFiles::stopLooking(const std::string& path) {
+  pendingPaths_.erase(path);
+  looksUnderWay_.erase(path);
+}
+
+void CandidateFiles::emitWhenFileExists(const Looks& looks, int attempt) {
+  dependencies_.queue.after(kLookInterval, [weak = weak_from_this(), looks, attempt] {
     if (const auto self = weak.lock()) {
-      self->look(url, attempt);
+      self->look(looks, attempt);
     }
   });
 }
 
-void CandidateFiles::look(const FileURL& url, int attempt) {
+void CandidateFiles::look(const Looks& looks, int attempt) {
   using Answer = ScreenshotFileClassifier::Answer;
+  const FileURL& url = looks.url;
+  const auto underWay = looksUnderWay_.find(url.path());
+  if (underWay == looksUnderWay_.end() || underWay->second != looks.id) {
+    return;  // the file was removed, or is looked at anew
+  }
   const auto lookAgainUnless = [&](bool isOver) {
     if (isOver) {
-      pendingPaths_.erase(url.path());
+      stopLooking(url.path());
     } else {
-      emitWhenFileExists(url, attempt + 1);
+      emitWhenFileExists(looks, attempt + 1);
     }
   };
   if (!dependencies_.files.fileExistsAtPath(url)) {
@@ -141,7 +152,8 @@ void CandidateFiles::look(const FileURL& url, int attempt) {
   if (answer != Answer::yes) {
     return lookAgainUnless(answer == Answer::no || attempt > kLastAttempt);
   }
-  pendingPaths_.erase(url.path());
+  stopLooking(url.path());
+  knownPaths_.insert(url.path());  // a restart may have forgotten it meanwhile
   dependencies_.emit(url);
 }
 

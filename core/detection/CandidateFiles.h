@@ -2,6 +2,7 @@
 // finished screenshots. Owned by ScreenshotWatcher; lives on the watcher's queue alone.
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <map>
 #include <memory>
@@ -42,14 +43,25 @@ class CandidateFiles : public std::enable_shared_from_this<CandidateFiles> {
   [[nodiscard]] std::vector<std::string> existingImagePaths() const;
   [[nodiscard]] bool wasCreatedRecently(const FileURL& url) const;
   [[nodiscard]] std::optional<std::int64_t> fileSize(const FileURL& url) const;
-  void emitWhenFileExists(const FileURL& url, int attempt);
-  void look(const FileURL& url, int attempt);
+
+  // One series of looks at a file. There is one at a time for each path.
+  struct Looks {
+    FileURL url;
+    std::uint64_t id;
+  };
+  void emitWhenFileExists(const Looks& looks, int attempt);
+  void look(const Looks& looks, int attempt);
+  void stopLooking(const std::string& path);
 
   Dependencies dependencies_;
   std::optional<FileURL> folder_;
   Date startupDate_{};
   std::set<std::string> knownPaths_;
   std::map<std::string, ScreenshotFileReadinessState> pendingPaths_;
+  // The series of looks under way. A later one for the same path takes the place of the earlier one, a removal ends it,
+  // and a restart lets it run to its end: otherwise a file could be emitted twice, or a rewritten one half-written.
+  std::map<std::string, std::uint64_t> looksUnderWay_;
+  std::uint64_t lastLooksID_ = 0;
 };
 
 }  // namespace quenlio

@@ -2,6 +2,7 @@
 
 #include "core/base/SharedBinding.h"
 #include "core/base/Text.h"
+#include "core/platform/FileManager.h"
 #include "core/platform/ProcessInfo.h"
 #include "core/platform/UserDefaults.h"
 
@@ -61,6 +62,10 @@ std::optional<FileURL> QuenlioReleaseTestConfiguration::eventsFileURL() const {
 std::optional<FileURL> QuenlioReleaseTestConfiguration::screenshotIngestRequestFileURL() const {
   return diagnosticsDirectory ? std::optional(diagnosticsDirectory->appending("ingest-screenshot-request.txt"))
                               : std::nullopt;
+}
+
+FileURL QuenlioReleaseTestConfiguration::editorInteractionLogFileURL(const StandardDirectories& directories) {
+  return directories.homeDirectory().appending("Library/Logs/Quenlio/editor-interactions.log");
 }
 
 }  // namespace quenlio

@@ -9,6 +9,7 @@
 namespace quenlio {
 
 class ProcessInfo;
+class StandardDirectories;
 class UserDefaults;
 class UserDefaultsSuites;
 
@@ -34,6 +35,8 @@ struct QuenlioReleaseTestConfiguration {
   [[nodiscard]] std::optional<FileURL> stateFileURL() const;
   [[nodiscard]] std::optional<FileURL> eventsFileURL() const;
   [[nodiscard]] std::optional<FileURL> screenshotIngestRequestFileURL() const;
+  // Where the editor logs its interactions, in any run.
+  [[nodiscard]] static FileURL editorInteractionLogFileURL(const StandardDirectories& directories);
 };
 
 }  // namespace quenlio

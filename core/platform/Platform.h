@@ -31,19 +31,19 @@ class UserDefaultsSuites;
 
 struct Platform {
   Scheduler& scheduler;
-  Clock& clock;
+  const Clock& clock;
   SystemLog& log;
-  ProcessInfo& process;
-  MainBundle& bundle;
+  const ProcessInfo& process;
+  const MainBundle& bundle;
   UserDefaultsSuites& defaults;
   FileManager& files;
   FileContents& contents;
-  StandardDirectories& directories;
+  const StandardDirectories& directories;
   FSEventStreams& eventStreams;
-  FileMetadata& metadata;
+  const FileMetadata& metadata;
   Preferences& preferences;
   Bookmarks& bookmarks;
-  Screens& screens;
+  const Screens& screens;
   Application& application;
   Appearance& appearance;
   EventMonitors& eventMonitors;
@@ -51,7 +51,7 @@ struct Platform {
   DistributedNotificationCenter& notifications;
   LoginItem& loginItem;
   OpenPanel& openPanel;
-  ScreenCaptureAccess& screenCapture;
+  const ScreenCaptureAccess& screenCapture;
   ThumbnailRenderer& thumbnails;
 };
 

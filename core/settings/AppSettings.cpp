@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstring>
 #include <utility>
 
@@ -67,9 +68,13 @@ std::string textOf(const Bytes& bytes) {
 
 using DisplayPositions = std::map<std::string, DisplayPosition>;
 
-std::string encode(const DisplayPositions& positions) {
+// Nothing when a coordinate is no finite number, which JSON cannot hold.
+std::optional<std::string> encode(const DisplayPositions& positions) {
   json::Value object = json::Value::object();
   for (const auto& [display, position] : positions) {
+    if (!std::isfinite(position.x) || !std::isfinite(position.y)) {
+      return std::nullopt;
+    }
     object[display] = {{"x", position.x}, {"y", position.y}};
   }
   return json::write(object, json::Style::compact);
@@ -174,7 +179,9 @@ void AppSettings::storeLaunchAtLogin() {
 }
 
 void AppSettings::storePositions() {
-  dependencies_.defaults.setObject(key("displayPositions"), bytesOf(encode(displayPositions)));
+  if (const auto text = encode(displayPositions)) {
+    dependencies_.defaults.setObject(key("displayPositions"), bytesOf(*text));
+  }
 }
 
 // Each assignment saves all nine settings, and the keys after the first are read only then: so each of those eight

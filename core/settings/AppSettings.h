@@ -49,6 +49,12 @@ class Setting : public Published<T> {
     Published<T>::set(std::move(next));
     save_();
   }
+  template <class Edit>
+  void mutate(Edit edit) {
+    T next = this->get();
+    edit(next);
+    set(std::move(next));
+  }
 
  private:
   std::function<void()> save_;
@@ -59,7 +65,7 @@ class AppSettings {
   struct Dependencies {
     UserDefaults& defaults;
     UserDefaults* previousDefaults;  // the store of the product's earlier name, or none
-    MainBundle& bundle;
+    const MainBundle& bundle;
     LoginItem& loginItem;
     OpenPanel& openPanel;
     Bookmarks& bookmarks;

@@ -1,6 +1,7 @@
 // A whole platform of fakes on virtual time, and the application on it.
 #pragma once
 
+#include <cstdint>
 #include <map>
 #include <memory>
 #include <string>
@@ -81,6 +82,8 @@ class TestPlatform {
   QuenlioReleaseTestConfiguration configuration;
 
   TestPlatform() { files.makeFolder("/home/user/Desktop"); }
+  // The same with a seed for the order of tasks on different queues.
+  explicit TestPlatform(std::uint32_t seed) : time(seed) { files.makeFolder("/home/user/Desktop"); }
 
   // Switches diagnostics on, with the folder /run.
   void enableDiagnostics() {

@@ -1,0 +1,59 @@
+#include "desktop/LinuxPlatform.h"
+
+#include <QtGui/QGuiApplication>
+
+#include "core/diagnostics/QuenlioReleaseTestConfiguration.h"
+
+#include "desktop/linux/system/GSettings.h"
+
+namespace quenlio {
+
+LinuxPlatform::LinuxPlatform(const LinuxProcessInfo& process, const LinuxMainBundle& bundle,
+                             const QuenlioReleaseTestConfiguration& configuration, UserIntent& intent)
+    : process_(process),
+      bundle_(bundle),
+      directories_(process),
+      files_(ownFiles_, clock_),
+      defaults_(userDefaultsFolder(process, directories_), std::string(kStandardSuiteName)),
+      preferences_({.suites = defaults_,
+                    .diagnosticsFolder = configuration.isEnabled ? configuration.screenshotDirectory : std::nullopt,
+                    .desktop = DesktopScreenshotFolder(process, directories_, gsettingsGet)}),
+      eventStreams_(clock_),
+      metadata_(ownFiles_),
+      loginItem_({.files = files_, .contents = contents_, .process = process, .directories = directories_},
+                 LinuxMainBundle::executableURL()),
+      application_(intent),
+      hotKeys_(intent),
+      decoder_(ChildDecoder(LinuxMainBundle::executableURL().parent().appending("quenlio-decoder"))),
+      // The screens are asked once: a thumbnail is made on another thread, where they must not be touched.
+      thumbnails_(decoder_, [scale = qGuiApp->devicePixelRatio()] { return scale; }) {}
+
+Platform LinuxPlatform::platform() {
+  return {
+      .scheduler = scheduler_,
+      .clock = clock_,
+      .log = log_,
+      .process = process_,
+      .bundle = bundle_,
+      .defaults = defaults_,
+      .files = files_,
+      .contents = contents_,
+      .directories = directories_,
+      .eventStreams = eventStreams_,
+      .metadata = metadata_,
+      .preferences = preferences_,
+      .bookmarks = bookmarks_,
+      .screens = screens_,
+      .application = application_,
+      .appearance = appearance_,
+      .eventMonitors = eventMonitors_,
+      .hotKeys = hotKeys_,
+      .notifications = notifications_,
+      .loginItem = loginItem_,
+      .openPanel = openPanel_,
+      .screenCapture = screenCapture_,
+      .thumbnails = thumbnails_,
+  };
+}
+
+}  // namespace quenlio

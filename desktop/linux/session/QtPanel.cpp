@@ -1,0 +1,123 @@
+#include "desktop/linux/session/QtPanel.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "desktop/linux/session/QtScreens.h"
+#include "desktop/linux/session/ScreenGeometry.h"
+
+namespace quenlio {
+namespace {
+
+double overlap(const Rect<Screen>& a, const Rect<Screen>& b) {
+  const double width = std::min(a.maxX(), b.maxX()) - std::max(a.minX(), b.minX());
+  const double height = std::min(a.maxY(), b.maxY()) - std::max(a.minY(), b.minY());
+  return width > 0 && height > 0 ? width * height : 0;
+}
+
+}  // namespace
+
+QtPanel::QtPanel(const Rect<Screen>& contentRect, const UserIntent& intent, CompositorWatch& compositor)
+    : intent_(intent), animator_(*this), frame_(contentRect) {
+  applyFrame(contentRect);
+  compositorWatch_ = compositor.isThere().subscribe(
+      weak_.bind([](QtPanel& self, bool isThere) { self.window_.setComposited(isThere); }));
+}
+
+// The window is made floating, above others, translucent and on all desktops, and stays so.
+void QtPanel::setFloatingPanel(bool /*floating*/) {}
+void QtPanel::setLevel(int /*level*/) {}
+void QtPanel::setClearBackgroundWithShadow() {}
+void QtPanel::setCollectionBehavior(std::uint32_t /*behavior*/) {}
+void QtPanel::setHidesOnDeactivate(bool /*hides*/) {}
+// The compositor follows the window by itself.
+void QtPanel::invalidateShadow() {}
+
+void QtPanel::setIgnoresMouseEvents(bool ignores) {
+  window_.setTakesMouse(!ignores);
+}
+
+void QtPanel::setAlphaValue(double alpha) {
+  animator_.leaveAlpha();
+  applyAlpha(alpha);
+}
+
+void QtPanel::setFrame(const Rect<Screen>& frame) {
+  animator_.leaveFrame();
+  applyFrame(frame);
+}
+
+void QtPanel::setFrameOrigin(Point<Screen> origin) {
+  setFrame({origin, frame_.size});
+}
+
+void QtPanel::orderFrontRegardless() {
+  if (!isVisible_) {
+    isVisible_ = true;
+    window_.showOnAllDesktops();
+  }
+  window_.raise();
+}
+
+void QtPanel::makeKeyAndOrderFront() {
+  orderFrontRegardless();
+  makeKeyWindow();
+}
+
+void QtPanel::makeKeyWindow() {
+  if (isVisible_ && !isKeyWindow() && mayTakeKeyboard()) {
+    window_.activateWindow();
+  }
+}
+
+void QtPanel::makeContentViewFirstResponder() {
+  if (QWidget* content = window_.content()) {
+    content->setFocus(Qt::OtherFocusReason);
+  }
+}
+
+void QtPanel::orderOut() {
+  isVisible_ = false;
+  window_.hide();
+}
+
+void QtPanel::runAnimationGroup(const PanelAnimation& animation, std::function<void()> completion) {
+  animator_.run(animation, {.alpha = alpha_, .frame = frame_}, std::move(completion));
+}
+
+bool QtPanel::isKeyWindow() const {
+  return window_.isActiveWindow();
+}
+
+std::optional<ScreenInfo> QtPanel::screen() const {
+  std::optional<ScreenInfo> best;
+  double most = 0;
+  for (const ScreenInfo& candidate : QtScreens().screens()) {
+    const double area = overlap(candidate.frame, frame_);
+    if (area > most) {
+      most = area;
+      best = candidate;
+    }
+  }
+  return best;
+}
+
+void QtPanel::setOnKeyDown(std::function<bool(const KeyEvent&)> onKeyDown) {
+  window_.setOnKeyDown(std::move(onKeyDown));
+}
+
+void QtPanel::applyAlpha(double alpha) {
+  alpha_ = alpha;
+  window_.setAlpha(alpha);
+}
+
+void QtPanel::applyFrame(const Rect<Screen>& frame) {
+  frame_ = frame;
+  window_.setGeometry(ScreenGeometry::current().toQt(frame));
+}
+
+bool QtPanel::mayTakeKeyboard() const {
+  return intent_.recent() || frame_.contains(QtScreens().mouseLocation());
+}
+
+}  // namespace quenlio

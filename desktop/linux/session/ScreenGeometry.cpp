@@ -1,0 +1,37 @@
+#include "desktop/linux/session/ScreenGeometry.h"
+
+#include <QtGui/QGuiApplication>
+#include <QtGui/QScreen>
+#include <cmath>
+
+namespace quenlio {
+namespace {
+
+int rounded(double value) {
+  return static_cast<int>(std::lround(value));
+}
+
+}  // namespace
+
+ScreenGeometry ScreenGeometry::current() {
+  const QScreen* primary = QGuiApplication::primaryScreen();
+  return ScreenGeometry(primary != nullptr ? primary->geometry().height() : 0);
+}
+
+Rect<Screen> ScreenGeometry::fromQt(const QRect& rect) const {
+  const double top = rect.y();
+  const double height = rect.height();
+  return {{static_cast<double>(rect.x()), primaryHeight_ - top - height}, {static_cast<double>(rect.width()), height}};
+}
+
+Point<Screen> ScreenGeometry::fromQt(const QPoint& point) const {
+  // The pixel's own row: a point at the very top of the screen is inside the screen's half-open rectangle.
+  return {static_cast<double>(point.x()), primaryHeight_ - 1 - point.y()};
+}
+
+QRect ScreenGeometry::toQt(const Rect<Screen>& rect) const {
+  return {rounded(rect.minX()), rounded(primaryHeight_ - rect.maxY()), rounded(rect.size.width),
+          rounded(rect.size.height)};
+}
+
+}  // namespace quenlio

@@ -1,0 +1,28 @@
+// Turns SIGTERM, SIGINT and SIGHUP into an orderly end. One at a time; made on the main thread after the application
+// object. The signals' handlers before it are put back when it goes.
+#pragma once
+
+#include <QtCore/QSocketNotifier>
+#include <array>
+#include <csignal>
+#include <functional>
+
+namespace quenlio {
+
+class TerminationSignals {
+ public:
+  // The callback runs on the main thread, from the event loop, at the first signal and each further one.
+  explicit TerminationSignals(std::function<void()> terminate);
+  TerminationSignals(const TerminationSignals&) = delete;
+  TerminationSignals& operator=(const TerminationSignals&) = delete;
+  ~TerminationSignals();
+
+ private:
+  static constexpr std::array kSignals{SIGTERM, SIGINT, SIGHUP};
+
+  std::function<void()> terminate_;
+  std::array<struct sigaction, kSignals.size()> previous_{};
+  QSocketNotifier notifier_;
+};
+
+}  // namespace quenlio

@@ -1,0 +1,68 @@
+// The folder into which this desktop's own tools put screenshots. Main thread; cheap enough to be asked every few
+// seconds of an idle program: files are read again only when they have changed, and a program is started only when the
+// desktop's settings store has.
+#pragma once
+
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "core/base/FileURL.h"
+#include "core/platform/FileManager.h"
+#include "core/platform/ProcessInfo.h"
+
+#include "desktop/linux/system/GSettings.h"
+#include "desktop/linux/system/RegularFile.h"
+
+namespace quenlio {
+
+class DesktopScreenshotFolder {
+ public:
+  // Both outlive this object.
+  DesktopScreenshotFolder(const ProcessInfo& process, const StandardDirectories& directories, GSettingsGet gsettings)
+      : process_(process), directories_(directories), gsettings_(std::move(gsettings)) {}
+
+  // In this order: what the desktop in use is set to, what the environment says, the desktop's default. A default that
+  // the desktop's tool would make at the first capture is made now, or that capture would be missed. A path or nothing;
+  // whether anything is there is not asked for what has been set.
+  [[nodiscard]] std::optional<FileURL> current();
+
+ private:
+  // A file's text as of its last change.
+  struct ReadFile {
+    std::optional<FileStamp> stamp;
+    std::string text;
+  };
+
+  [[nodiscard]] FileURL settingsFolder() const;
+  [[nodiscard]] bool isDesktop(std::string_view name) const;
+  [[nodiscard]] std::optional<FileURL> configured();
+  [[nodiscard]] std::optional<FileURL> fromStore(std::string_view schema, std::string_view key);
+  [[nodiscard]] std::optional<FileURL> fromEnvironment();
+  [[nodiscard]] std::optional<FileURL> byDefault();
+  [[nodiscard]] FileURL pictures();
+  [[nodiscard]] std::string translatedName() const;
+  [[nodiscard]] const std::string& text(const FileURL& file);
+
+  const ProcessInfo& process_;
+  const StandardDirectories& directories_;
+  GSettingsGet gsettings_;
+  std::map<FileURL, ReadFile> files_;
+  // The answer of the settings store, and the state of its file when it gave it.
+  bool isStoreRead_ = false;
+  std::optional<FileStamp> storeStamp_;
+  std::optional<FileURL> storeAnswer_;
+};
+
+// The value of the key in the group of a settings file in the form of desktop entries. Brackets behind the key (a
+// language or a mark) do not count. Nothing when there is none.
+[[nodiscard]] std::optional<std::string> valueInGroup(std::string_view text, std::string_view group,
+                                                      std::string_view key);
+
+// The folder that a setting names: a file URL with its escapes undone, or a path that begins with a slash, a tilde or
+// $HOME. Nothing for anything else.
+[[nodiscard]] std::optional<FileURL> folderOfSetting(std::string_view value, const FileURL& home);
+
+}  // namespace quenlio

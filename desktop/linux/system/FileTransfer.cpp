@@ -1,0 +1,255 @@
+#include "desktop/linux/system/FileTransfer.h"
+
+#include <array>
+#include <cerrno>
+#include <charconv>
+#include <climits>
+#include <cstdint>
+#include <cstdio>
+#include <fcntl.h>
+#include <sys/random.h>
+#include <sys/xattr.h>
+#include <vector>
+
+#include "desktop/linux/system/RegularFile.h"
+
+namespace quenlio {
+namespace {
+
+constexpr std::size_t kCopyBytes = 256 * 1024;
+
+int resultOf(int answer) {
+  return answer == 0 ? 0 : errno;
+}
+
+std::string hiddenName() {
+  std::uint64_t random = 0;
+  if (::getrandom(&random, sizeof random, 0) != static_cast<ssize_t>(sizeof random)) {
+    random = static_cast<std::uint64_t>(std::chrono::steady_clock::now().time_since_epoch().count());
+  }
+  std::array<char, 17> digits{};
+  (void)std::snprintf(digits.data(), digits.size(), "%016llx", static_cast<unsigned long long>(random));
+  return std::string(".quenlio-") + digits.data();
+}
+
+int copyBytes(int from, int to) {
+  std::vector<char> buffer(kCopyBytes);
+  while (true) {
+    const ssize_t got = ::read(from, buffer.data(), buffer.size());
+    if (got == 0) {
+      return 0;
+    }
+    if (got < 0 && errno != EINTR) {
+      return errno;
+    }
+    if (got > 0) {
+      if (const int error = writeAll(to, {buffer.data(), static_cast<std::size_t>(got)}); error != 0) {
+        return error;
+      }
+    }
+  }
+}
+
+// As far as the destination's file system can hold them.
+void copyUserAttributes(int from, int to) {
+  const ssize_t listed = ::flistxattr(from, nullptr, 0);
+  if (listed <= 0) {
+    return;
+  }
+  std::vector<char> names(static_cast<std::size_t>(listed));
+  const ssize_t length = ::flistxattr(from, names.data(), names.size());
+  std::string_view rest(names.data(), length > 0 ? static_cast<std::size_t>(length) : 0);
+  while (!rest.empty()) {
+    const std::string name(rest.substr(0, rest.find('\0')));
+    rest.remove_prefix(std::min(name.size() + 1, rest.size()));
+    const ssize_t size = name.starts_with("user.") ? ::fgetxattr(from, name.c_str(), nullptr, 0) : -1;
+    if (size >= 0) {
+      std::vector<char> value(static_cast<std::size_t>(size));
+      const ssize_t got = ::fgetxattr(from, name.c_str(), value.data(), value.size());
+      if (got >= 0) {
+        (void)::fsetxattr(to, name.c_str(), value.data(), static_cast<std::size_t>(got), 0);
+      }
+    }
+  }
+}
+
+void copyCreationDate(const std::string& from, int to) {
+  struct statx status {};
+  if (::statx(AT_FDCWD, from.c_str(), 0, STATX_BASIC_STATS | STATX_BTIME, &status) != 0) {
+    return;
+  }
+  if (const auto created = creationDate(from, status)) {
+    const std::string text = std::to_string(created->time_since_epoch().count());
+    (void)::fsetxattr(to, kCreatedMark, text.data(), text.size(), 0);
+  }
+}
+
+int copyEverything(const std::string& from, int source, int destination) {
+  struct stat status {};
+  if (::fstat(source, &status) != 0) {
+    return errno;
+  }
+  if (const int error = copyBytes(source, destination); error != 0) {
+    return error;
+  }
+  copyUserAttributes(source, destination);
+  copyCreationDate(from, destination);
+  // Only the superuser may give files away; for everyone else the copy is their own, as any copy is.
+  (void)!::fchown(destination, status.st_uid, status.st_gid);
+  if (::fchmod(destination, status.st_mode & ALLPERMS) != 0) {
+    return errno;
+  }
+  const std::array times{status.st_atim, status.st_mtim};
+  return resultOf(::futimens(destination, times.data()));
+}
+
+int moveLinkAcross(const std::string& from, const std::string& to) {
+  std::array<char, PATH_MAX> target{};
+  const ssize_t length = ::readlink(from.c_str(), target.data(), target.size() - 1);
+  if (length < 0 || ::symlink(target.data(), to.c_str()) != 0) {  // making a link never replaces
+    return errno;
+  }
+  if (const int error = resultOf(::unlink(from.c_str())); error != 0) {
+    (void)::unlink(to.c_str());
+    return error;
+  }
+  return 0;
+}
+
+}  // namespace
+
+std::optional<Date> creationDate(const std::string& path, const struct statx& status) {
+  std::array<char, 32> text{};
+  const ssize_t length =
+      S_ISLNK(status.stx_mode) ? -1 : ::getxattr(path.c_str(), kCreatedMark, text.data(), text.size());
+  if (length > 0) {
+    std::int64_t nanoseconds = 0;
+    const char* end = text.data() + length;
+    if (const auto [stop, error] = std::from_chars(text.data(), end, nanoseconds);
+        error == std::errc{} && stop == end) {
+      return Date(std::chrono::nanoseconds(nanoseconds));
+    }
+  }
+  if ((status.stx_mask & STATX_BTIME) == 0) {
+    return std::nullopt;
+  }
+  return dateFromTimespec({.tv_sec = status.stx_btime.tv_sec, .tv_nsec = status.stx_btime.tv_nsec});
+}
+
+UniqueFd makeHiddenFile(const FileURL& folder, std::string& path) {
+  for (int attempt = 0; attempt < 16; ++attempt) {
+    path = folder.appending(hiddenName()).path();
+    UniqueFd fd(::open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, S_IRUSR | S_IWUSR));
+    if (fd || errno != EEXIST) {
+      return fd;
+    }
+  }
+  return {};
+}
+
+int writeAll(int fd, std::string_view bytes) {
+  while (!bytes.empty()) {
+    const ssize_t written = ::write(fd, bytes.data(), bytes.size());
+    if (written >= 0) {
+      bytes.remove_prefix(static_cast<std::size_t>(written));
+    } else if (errno != EINTR) {
+      return errno;
+    }
+  }
+  return 0;
+}
+
+int renameWithoutReplacing(const std::string& from, const std::string& to) {
+  if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) {
+    return 0;
+  }
+  if (errno != EINVAL && errno != ENOSYS && errno != EOPNOTSUPP) {
+    return errno;
+  }
+  const int error = linkAndUnlink(from, to);
+  const bool knowsNoLinks = error == EPERM || error == ENOSYS || error == EOPNOTSUPP || error == EMLINK;
+  return knowsNoLinks ? claimAndRename(from, to) : error;
+}
+
+int linkAndUnlink(const std::string& from, const std::string& to) {
+  if (::linkat(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), 0) != 0) {
+    return errno;
+  }
+  if (::unlink(from.c_str()) != 0) {
+    const int error = errno;
+    (void)::unlink(to.c_str());
+    return error;
+  }
+  return 0;
+}
+
+int claimAndRename(const std::string& from, const std::string& to) {
+  struct stat status {};
+  if (::lstat(from.c_str(), &status) != 0) {
+    return errno;
+  }
+  // The name is taken by something empty of our own, which the rename may replace.
+  const bool isFolder = S_ISDIR(status.st_mode);
+  const UniqueFd claim(isFolder ? -1 : ::open(to.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR));
+  if (isFolder ? ::mkdir(to.c_str(), S_IRWXU) != 0 : !claim) {
+    return errno;
+  }
+  if (::rename(from.c_str(), to.c_str()) != 0) {
+    const int error = errno;
+    (void)(isFolder ? ::rmdir(to.c_str()) : ::unlink(to.c_str()));
+    return error;
+  }
+  return 0;
+}
+
+int copyFile(const FileURL& from, const FileURL& to, OwnFiles& own, Durability durability) {
+  const UniqueFd source = openRegularFile(AT_FDCWD, from.path().c_str());
+  if (!source) {
+    return errno;
+  }
+  struct stat status {};
+  if (::lstat(to.path().c_str(), &status) == 0) {
+    return EEXIST;  // told before the work; the rename below is what makes sure
+  }
+  std::string hidden;
+  const UniqueFd copy = makeHiddenFile(to.parent(), hidden);
+  if (!copy) {
+    return errno;
+  }
+  int error = copyEverything(from.path(), source.get(), copy.get());
+  if (error == 0 && durability == Durability::onDisk) {
+    error = resultOf(::fsync(copy.get()));
+  }
+  if (error == 0) {
+    own.note(copy.get());
+    error = renameWithoutReplacing(hidden, to.path());
+  }
+  if (error != 0) {
+    (void)::unlink(hidden.c_str());
+  }
+  return error;
+}
+
+int moveAcrossFileSystems(const FileURL& from, const FileURL& to, OwnFiles& own) {
+  struct stat status {};
+  if (::lstat(from.path().c_str(), &status) != 0) {
+    return errno;
+  }
+  if (S_ISLNK(status.st_mode)) {
+    return moveLinkAcross(from.path(), to.path());
+  }
+  if (!S_ISREG(status.st_mode)) {
+    return EXDEV;  // folders stay on their file system
+  }
+  if (const int error = copyFile(from, to, own, Durability::onDisk); error != 0) {
+    return error;
+  }
+  if (::unlink(from.path().c_str()) != 0) {
+    const int error = errno;
+    (void)::unlink(to.path().c_str());
+    return error;
+  }
+  return 0;
+}
+
+}  // namespace quenlio

@@ -1,0 +1,202 @@
+#include "desktop/linux/system/LinuxFileManager.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <fcntl.h>
+#include <filesystem>
+#include <sys/stat.h>
+#include <sys/sysmacros.h>
+
+#include "core/base/Text.h"
+
+#include "desktop/linux/system/FileError.h"
+#include "desktop/linux/system/FileTransfer.h"
+#include "desktop/linux/system/FinishedFile.h"
+#include "desktop/linux/system/OpenDirectory.h"
+
+namespace quenlio {
+namespace {
+
+// More than any folder of screenshots; past it the memory starts anew.
+constexpr std::size_t kMostKnown = 32 * 1024;
+
+FileStamp stampOf(const struct statx& status) {
+  const auto date = [](const statx_timestamp& time) {
+    return dateFromTimespec({.tv_sec = time.tv_sec, .tv_nsec = time.tv_nsec});
+  };
+  return {.device = makedev(status.stx_dev_major, status.stx_dev_minor),
+          .inode = status.stx_ino,
+          .size = static_cast<std::int64_t>(status.stx_size),
+          .modified = date(status.stx_mtime),
+          .changed = date(status.stx_ctime)};
+}
+
+// Pictures and documents of the kinds that screenshots come in: all else is of no interest to the watcher.
+bool needsToBeFinished(const FileURL& url) {
+  static constexpr std::array<std::string_view, 6> kExtensions{"png", "jpg", "jpeg", "heic", "tiff", "pdf"};
+  return std::ranges::find(kExtensions, lowercased(url.pathExtension())) != kExtensions.end();
+}
+
+bool isDirectoryItself(const std::string& path, const dirent& entry) {
+  if (entry.d_type != DT_UNKNOWN) {
+    return entry.d_type == DT_DIR;
+  }
+  struct stat status {};
+  return ::lstat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+bool enumerate(const FileURL& folder, const std::function<void(const FileURL&, bool isDirectory)>& visit) {
+  std::vector<std::pair<FileURL, bool>> items;
+  {
+    // Read to the end and closed first: the depth of a tree costs no descriptors.
+    const OpenDirectory directory(::opendir(folder.path().c_str()));
+    if (directory == nullptr) {
+      return false;
+    }
+    while (const dirent* entry = nextEntry(directory)) {
+      FileURL url = folder.appending(entry->d_name);
+      const bool isDirectory = isDirectoryItself(url.path(), *entry);
+      items.emplace_back(std::move(url), isDirectory);
+    }
+  }
+  for (const auto& [url, isDirectory] : items) {
+    visit(url, isDirectory);
+    if (isDirectory) {
+      (void)enumerate(url, visit);
+    }
+  }
+  return true;
+}
+
+PlatformResult<Done> answer(const FileURL& url, std::string_view whatFailed, int error) {
+  return error == 0 ? PlatformResult<Done>(Done{}) : fileError(url, whatFailed, error);
+}
+
+}  // namespace
+
+bool LinuxFileManager::fileExistsAtPath(const FileURL& url) const {
+  struct stat status {};
+  return ::stat(url.path().c_str(), &status) == 0;
+}
+
+bool LinuxFileManager::isDirectory(const FileURL& url) const {
+  struct stat status {};
+  return ::stat(url.path().c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+bool LinuxFileManager::isReadableFileAtPath(const FileURL& url) const {
+  return ::faccessat(AT_FDCWD, url.path().c_str(), R_OK, AT_EACCESS) == 0;
+}
+
+PlatformResult<FileAttributes> LinuxFileManager::attributesOfItemAtPath(const FileURL& url) const {
+  struct statx status {};
+  if (::statx(AT_FDCWD, url.path().c_str(), 0, STATX_BASIC_STATS | STATX_BTIME, &status) != 0) {
+    return fileError(url, "could not be read", errno);
+  }
+  return FileAttributes{.creationDate = creationDate(url.path(), status),
+                        .size = static_cast<std::int64_t>(status.stx_size)};
+}
+
+PlatformResult<std::vector<DirectoryEntry>> LinuxFileManager::contentsOfDirectoryAtURL(const FileURL& url,
+                                                                                       HiddenFiles hidden) const {
+  // Taken first: what is touched from here on counts as touched just now.
+  const Date now = clock_.now();
+  const OpenDirectory directory(::opendir(url.path().c_str()));
+  if (directory == nullptr) {
+    return fileError(url, "could not be listed", errno);
+  }
+  std::vector<DirectoryEntry> entries;
+  while (const dirent* entry = nextEntry(directory)) {
+    if (hidden == HiddenFiles::skip && entry->d_name[0] == '.') {
+      continue;
+    }
+    entries.push_back({.url = url.appending(entry->d_name), .isRegularFile = {}, .creationDate = {}});
+    fillIn(entries.back(), ::dirfd(directory.get()), entry->d_name, now);
+  }
+  if (errno != 0) {
+    return fileError(url, "could not be listed", errno);
+  }
+  return entries;
+}
+
+void LinuxFileManager::fillIn(DirectoryEntry& entry, int folder, const char* name, Date now) const {
+  struct statx status {};
+  if (::statx(folder, name, AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT, STATX_BASIC_STATS | STATX_BTIME, &status) != 0) {
+    return;
+  }
+  if (!S_ISREG(status.stx_mode)) {
+    entry.isRegularFile = false;
+    entry.creationDate = creationDate(entry.url.path(), status);
+    return;
+  }
+  const FileStamp stamp = stampOf(status);
+  if (const auto file = known(stamp)) {
+    entry.isRegularFile = true;
+    entry.creationDate = file->creationDate;
+    return;
+  }
+  if (needsToBeFinished(entry.url)) {
+    const FinishedState state = finishedState(folder, name, now);
+    // Another state than the one whose values are at hand is judged at the next listing.
+    if (!state.isFinished() || state.stamp != stamp) {
+      return;
+    }
+  }
+  entry.isRegularFile = true;
+  entry.creationDate = creationDate(entry.url.path(), status);
+  remember({.stamp = stamp, .creationDate = entry.creationDate});
+}
+
+std::optional<LinuxFileManager::Known> LinuxFileManager::known(const FileStamp& stamp) const {
+  const std::lock_guard lock(mutex_);
+  const auto found = finished_.find({.device = stamp.device, .inode = stamp.inode});
+  return found != finished_.end() && found->second.stamp == stamp ? std::optional(found->second) : std::nullopt;
+}
+
+void LinuxFileManager::remember(const Known& file) const {
+  const std::lock_guard lock(mutex_);
+  if (finished_.size() >= kMostKnown) {
+    finished_.clear();
+  }
+  finished_.insert_or_assign({.device = file.stamp.device, .inode = file.stamp.inode}, file);
+}
+
+bool LinuxFileManager::enumerateAtURL(const FileURL& url,
+                                      const std::function<void(const FileURL&, bool isDirectory)>& visit) const {
+  return enumerate(url, visit);
+}
+
+PlatformResult<Done> LinuxFileManager::createDirectoryAtURL(const FileURL& url) {
+  if (isDirectory(url)) {
+    return Done{};
+  }
+  const FileURL parent = url.parent();
+  if (parent != url && !isDirectory(parent)) {
+    if (auto made = createDirectoryAtURL(parent); !made) {
+      return made;
+    }
+  }
+  const int error = ::mkdir(url.path().c_str(), ACCESSPERMS) == 0 ? 0 : errno;
+  return answer(url, "could not be created", isDirectory(url) ? 0 : error);
+}
+
+PlatformResult<Done> LinuxFileManager::moveItemAtURL(const FileURL& from, const FileURL& to) {
+  own_.note(from);
+  const int error = renameWithoutReplacing(from.path(), to.path());
+  return answer(from, "could not be moved", error == EXDEV ? moveAcrossFileSystems(from, to, own_) : error);
+}
+
+PlatformResult<Done> LinuxFileManager::copyItemAtURL(const FileURL& from, const FileURL& to) {
+  return answer(from, "could not be copied", copyFile(from, to, own_, Durability::whenTheSystemLikes));
+}
+
+PlatformResult<Done> LinuxFileManager::removeItemAtURL(const FileURL& url) {
+  std::error_code error;
+  if (std::filesystem::remove_all(url.path(), error) == 0 && !error) {
+    return fileError(url, "could not be removed", ENOENT);
+  }
+  return answer(url, "could not be removed", error.value());
+}
+
+}  // namespace quenlio

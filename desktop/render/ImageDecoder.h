@@ -1,0 +1,37 @@
+// Opens the pictures that the library shows: png, jpg, heic, tiff and the first page of a pdf.
+//
+// PNG and JPEG, which nearly every capture is, are decoded here, in a size that fits the use and without ever holding
+// the whole picture; all else goes through a child process. Colours come as sRGB, turned pictures upright. A header
+// that claims more than 200 megapixels, or a side over 32,768, is refused before there is any memory for the pixels.
+//
+// Immutable; any thread, and several at once.
+#pragma once
+
+#include <optional>
+
+#include "core/base/FileURL.h"
+
+#include "desktop/render/ChildDecoder.h"
+#include "desktop/render/DecodedImage.h"
+#include "desktop/render/Placement.h"
+
+namespace quenlio {
+
+class ImageDecoder {
+ public:
+  explicit ImageDecoder(ChildDecoder child) : child_(std::move(child)) {}
+
+  // The picture with its shape kept, at most this many pixels wide and high (and at least one): never larger than it is
+  // in the file unless it may be enlarged. Nothing when it cannot be opened, is damaged or refused.
+  [[nodiscard]] std::optional<DecodedImage> decode(const FileURL& url, QSize fitWithin, bool mayEnlarge) const;
+
+  // The picture as large as it fits in the middle of a transparent canvas of exactly this many pixels.
+  [[nodiscard]] std::optional<DecodedImage> decodeCentred(const FileURL& url, QSize canvas) const;
+
+ private:
+  [[nodiscard]] std::optional<DecodedImage> decode(const FileURL& url, const Fit& fit) const;
+
+  ChildDecoder child_;
+};
+
+}  // namespace quenlio

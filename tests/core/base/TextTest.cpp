@@ -1,0 +1,57 @@
+// Trimming and lower case on any bytes.
+#include <gtest/gtest.h>
+#include <rapidcheck/gtest.h>
+#include <string>
+
+#include "core/base/Text.h"
+
+namespace quenlio {
+namespace {
+
+TEST(Trimmed, takesWhiteSpaceAndNewLinesOffBothEnds) {
+  EXPECT_EQ(trimmed(" \t\n\v\f\r a b \r\n"), "a b");
+  EXPECT_EQ(trimmed("a"), "a");
+  EXPECT_EQ(trimmed(""), "");
+  EXPECT_EQ(trimmed(" \n\t "), "");
+}
+
+TEST(Trimmed, takesEachUnicodeSpaceOff) {
+  for (const char* space :
+       {"\u0085", "\u00A0", "\u1680", "\u2000", "\u2001", "\u2002", "\u2003", "\u2004", "\u2005", "\u2006", "\u2007",
+        "\u2008", "\u2009", "\u200A", "\u2028", "\u2029", "\u202F", "\u205F", "\u3000"}) {
+    EXPECT_EQ(trimmed(std::string(space) + "x" + space), "x") << space;
+  }
+}
+
+TEST(Trimmed, keepsWhatOnlyLooksLikeWhiteSpace) {
+  EXPECT_EQ(trimmed("\u200B"), "\u200B") << "a space of no width is no white space";
+  EXPECT_EQ(trimmed("\xA0x"), "\xA0x") << "a byte that is not UTF-8";
+  EXPECT_EQ(trimmed(std::string_view("\0 ", 2)), std::string_view("\0", 1));
+}
+
+RC_GTEST_PROP(TrimmedProperty, trimmingTwiceIsTrimmingOnce, (const std::string& text)) {
+  RC_ASSERT(trimmed(trimmed(text)) == trimmed(text));
+}
+
+RC_GTEST_PROP(TrimmedProperty, theResultIsAPieceOfTheText, (const std::string& text)) {
+  const auto padded = " \n" + text + "\t ";
+  RC_ASSERT(padded.find(trimmed(padded)) != std::string::npos);
+  RC_ASSERT(trimmed(padded) == trimmed(text));
+}
+
+TEST(Lowercased, changesTheLettersAToZAndNothingElse) {
+  EXPECT_EQ(lowercased("AbcXYZ@[`{09"), "abcxyz@[`{09");
+  EXPECT_EQ(lowercased("\u00C4\xFF"), "\u00C4\xFF");
+}
+
+RC_GTEST_PROP(LowercasedProperty, keepsTheLengthAndEveryByteThatIsNoCapital, (const std::string& text)) {
+  const std::string lower = lowercased(text);
+  RC_ASSERT(lower.size() == text.size());
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const bool isCapital = text[i] >= 'A' && text[i] <= 'Z';
+    RC_ASSERT(lower[i] == (isCapital ? text[i] + ('a' - 'A') : text[i]));
+  }
+}
+
+}  // namespace
+}  // namespace quenlio

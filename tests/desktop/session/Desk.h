@@ -1,0 +1,74 @@
+// What the tests of this program need around them: waiting for the desktop's answer, another program's window, the
+// pointer and the keys. Each wait looks again until its deadline and never counts on a length of time.
+#pragma once
+
+#include <QtCore/QProcess>
+#include <QtCore/QRect>
+#include <QtGui/QColor>
+#include <chrono>
+#include <functional>
+#include <string>
+#include <vector>
+#include <xcb/xcb.h>
+
+namespace quenlio {
+
+// Handles events until the condition holds; false when the deadline has passed first.
+[[nodiscard]] bool waitUntil(const std::function<bool()>& condition,
+                             std::chrono::milliseconds deadline = std::chrono::seconds(10));
+
+// Runs a program to its end; true when it ended with 0.
+bool run(const QString& program, const QStringList& arguments);
+
+// Real pointer and key events.
+void movePointer(int x, int y);
+void pressKeys(const QString& combination);
+
+// The screen's pixel as the user sees it.
+[[nodiscard]] QColor screenPixel(int x, int y);
+
+// The window that has the keyboard, or one of the two special values.
+[[nodiscard]] xcb_window_t focusedWindow();
+
+// Properties of any window, as atom names or numbers.
+[[nodiscard]] std::vector<std::string> atomsOf(xcb_window_t window, const char* property);
+[[nodiscard]] std::vector<std::uint32_t> numbersOf(xcb_window_t window, const char* property);
+[[nodiscard]] bool isMapped(xcb_window_t window);
+// On the screen, y growing downward.
+[[nodiscard]] QRect geometryOnScreen(xcb_window_t window);
+
+// Another program: a connection of its own with one plain, white window, managed by the window manager.
+class OtherProgram {
+ public:
+  OtherProgram();
+  ~OtherProgram();
+  OtherProgram(const OtherProgram&) = delete;
+  OtherProgram& operator=(const OtherProgram&) = delete;
+
+  // Shows the window and waits until it has the keyboard.
+  [[nodiscard]] bool showAndTakeKeyboard(const QRect& geometry);
+  // Shows the window as a bar of this height along the bottom of the screen.
+  [[nodiscard]] bool showAsBar(int height);
+  [[nodiscard]] xcb_window_t window() const { return window_; }
+  [[nodiscard]] xcb_connection_t* connection() const { return connection_; }
+
+ private:
+  void create(const QRect& geometry);
+
+  xcb_connection_t* connection_;
+  xcb_window_t window_;
+};
+
+// A compositor for as long as this lives.
+class Compositor {
+ public:
+  Compositor();
+  ~Compositor();
+  Compositor(const Compositor&) = delete;
+  Compositor& operator=(const Compositor&) = delete;
+
+ private:
+  QProcess process_;
+};
+
+}  // namespace quenlio

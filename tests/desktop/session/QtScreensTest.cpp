@@ -1,0 +1,66 @@
+#include <gtest/gtest.h>
+
+#include "desktop/linux/session/QtScreens.h"
+#include "desktop/linux/session/ScreenGeometry.h"
+#include "desktop/linux/session/X11.h"
+
+#include "tests/desktop/session/Desk.h"
+
+namespace quenlio {
+namespace {
+
+TEST(ScreenGeometry, turnsTheScreenUpward) {
+  const ScreenGeometry geometry(800);
+  EXPECT_EQ(geometry.fromQt(QRect(10, 20, 100, 50)), (Rect<Screen>{{10, 730}, {100, 50}}));
+  EXPECT_EQ(geometry.toQt({{10, 730}, {100, 50}}), QRect(10, 20, 100, 50));
+  // On a second screen above the first.
+  EXPECT_EQ(geometry.fromQt(QRect(0, -600, 1000, 600)), (Rect<Screen>{{0, 800}, {1000, 600}}));
+  // The pixels at the corners are inside the screen.
+  const Rect<Screen> screen = geometry.fromQt(QRect(0, 0, 1280, 800));
+  EXPECT_TRUE(screen.contains(geometry.fromQt(QPoint(0, 0))));
+  EXPECT_TRUE(screen.contains(geometry.fromQt(QPoint(1279, 799))));
+}
+
+TEST(ScreenGeometry, roundsToWholePointsWithoutChangingTheSize) {
+  EXPECT_EQ(ScreenGeometry(800).toQt({{10.4, 100.4}, {232, 232}}), QRect(10, 468, 232, 232));
+  EXPECT_EQ(ScreenGeometry(800).toQt({{10.6, 100.6}, {232, 232}}), QRect(11, 467, 232, 232));
+}
+
+TEST(QtScreens, numberIsAHashOfConnectorAndSerial) {
+  // FNV-1a of the bytes, computed by another program.
+  EXPECT_EQ(QtScreens::screenNumber("", ""), 0x050c5d1fU);
+  EXPECT_EQ(QtScreens::screenNumber("HDMI-1", "S1"), 0xc1fe5e8fU);
+  EXPECT_NE(QtScreens::screenNumber("HDMI-1", "S1"), QtScreens::screenNumber("HDMI-1", "S2"));
+  EXPECT_NE(QtScreens::screenNumber("HDMI-1", "S1"), QtScreens::screenNumber("HDMI-2", "S1"));
+  EXPECT_NE(QtScreens::screenNumber("HDMI-1", "S"), QtScreens::screenNumber("HDMI-1S", ""));
+}
+
+TEST(QtScreens, tellsTheScreenAndThePointer) {
+  const QtScreens screens;
+  const auto all = screens.screens();
+  ASSERT_EQ(all.size(), 1U);
+  EXPECT_EQ(all.front().frame, (Rect<Screen>{{0, 0}, {1280, 800}}));
+  EXPECT_EQ(screens.mainScreen(), all.front());
+  EXPECT_TRUE(all.front().screenNumber);
+  movePointer(100, 200);
+  EXPECT_EQ(screens.mouseLocation(), (Point<Screen>{100, 599}));
+}
+
+// A bar along the bottom takes its share of the work area.
+TEST(QtScreens, visibleFrameLeavesOutTheDesktopsBars) {
+  const QtScreens screens;
+  ASSERT_EQ(screens.mainScreen()->visibleFrame, (Rect<Screen>{{0, 0}, {1280, 800}}));
+  {
+    OtherProgram bar;
+    ASSERT_TRUE(bar.showAsBar(30));
+    EXPECT_TRUE(waitUntil([&screens] {
+      return screens.mainScreen()->visibleFrame == Rect<Screen>{{0, 30}, {1280, 770}};
+    }));
+  }
+  EXPECT_TRUE(waitUntil([&screens] {
+    return screens.mainScreen()->visibleFrame == Rect<Screen>{{0, 0}, {1280, 800}};
+  }));
+}
+
+}  // namespace
+}  // namespace quenlio

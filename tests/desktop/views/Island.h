@@ -1,0 +1,78 @@
+// An island's root view over a real library, on fakes and virtual time, without a display.
+#pragma once
+
+#include <QtGui/QImage>
+#include <QtWidgets/QAbstractButton>
+#include <QtWidgets/QWidget>
+#include <functional>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "core/identity/AppPaths.h"
+#include "core/island/IslandOverlayPresentationState.h"
+#include "core/library/ScreenshotStore.h"
+#include "core/settings/AppSettings.h"
+
+#include "desktop/render/QtImage.h"
+#include "desktop/views/island/IslandOverlayRootView.h"
+
+#include "tests/harness/TestPlatform.h"
+
+namespace quenlio {
+
+class Island {
+ public:
+  Island();
+
+  // A capture arrives; its thumbnail stays away until giveThumbnails().
+  void ingest(const std::string& name);
+  // Gives every item a thumbnail that is wholly of this colour, of this many pixels, with a picture of that shape.
+  void giveThumbnails(const QColor& colour, const QSize& canvas = {280, 220}, const QSize& picture = {280, 158});
+  [[nodiscard]] const ScreenshotItem& item(const std::string& name) const;
+  void setSize(IslandSize size);
+  // Runs all that is due, on the main queue and in Qt's.
+  void settle();
+
+  // The texts and accessible names of all that is shown, in the order of the tree.
+  [[nodiscard]] std::vector<std::string> words() const;
+  [[nodiscard]] bool says(const std::string& words) const;
+  [[nodiscard]] QAbstractButton* button(const std::string& name) const;
+  // What is painted, as it stands.
+  [[nodiscard]] QImage picture();
+
+  struct Request {
+    FileURL url;
+    QSize pixels;
+    std::function<void(const ImageRef&)> completion;
+  };
+
+  TestPlatform platform;
+  AppSettings settings{platform.settingsDependencies()};
+  AppPaths paths{platform.configuration, platform.files, platform.directories};
+  QuenlioReleaseTestDiagnostics diagnostics{platform.configuration, platform.time, platform.time, platform.files,
+                                            platform.files};
+  ScreenshotStore store{{.settings = settings,
+                         .diagnostics = diagnostics,
+                         .paths = paths,
+                         .files = platform.files,
+                         .contents = platform.files,
+                         .clock = platform.time,
+                         .scheduler = platform.time,
+                         .thumbnails = platform.thumbnails,
+                         .log = platform.systemLog}};
+  IslandOverlayPresentationState state;
+  std::vector<bool> hovers;
+  std::vector<std::pair<Size, bool>> drags;
+  int closes = 0;
+  int folderRequests = 0;
+  std::vector<PanelSurface> surfaces;
+  std::vector<Request> requests;  // for sharper renditions
+  std::unique_ptr<IslandOverlayRootView> view;
+};
+
+// Of one colour.
+[[nodiscard]] ImageRef plainImage(const QSize& pixels, const QColor& colour);
+
+}  // namespace quenlio

@@ -1,0 +1,73 @@
+"""The ways in which a capture may be written: slowly, in two goes, never closed, renamed into place, many at once."""
+
+import os
+import unittest
+from pathlib import Path
+
+import pictures
+from arrivals import RunningQuenlio
+from harness import pace, wait_for
+
+
+def name(number):
+    return f"Screenshot 2026-11-15 at 21.04.{number:02}.png"
+
+
+class Writers(RunningQuenlio):
+    def test_a_4k_picture_that_trickles_in_arrives_when_it_is_whole(self):
+        number = next(self.numbers)
+        path, data = self.folder / name(number), pictures.png_4k(number)
+        steps, seconds = 100, 5
+        size = -(-len(data) // steps)
+        with self.session.open(path) as stream:
+            for at in range(0, len(data), size):
+                self.assertEqual(self.quenlio.detections(path), 0, f"arrived with {at} of {len(data)} bytes")
+                pace(seconds / steps)
+                stream.write(data[at:at + size])
+        self.assert_shows(path, number)
+
+    def test_a_temporary_file_renamed_into_place(self):
+        number = next(self.numbers)
+        part = self.session.write(self.folder / f".{name(number)}.part", pictures.png(number))
+        path = self.folder / name(number)
+        os.rename(part, path)
+        self.assert_shows(path, number)
+
+    def test_a_file_that_is_closed_empty_first(self):
+        number = next(self.numbers)
+        path, data = self.folder / name(number), pictures.png(number, 1920, 1080, noise=7)
+        self.session.open(path).close()
+        first = self.quenlio.ticks()
+        wait_for(lambda: self.quenlio.ticks() > first, "a turn of the poll")
+        self.assertEqual(self.quenlio.detections(path), 0)
+        with open(path, "r+b") as stream:
+            stream.write(data)
+        self.assert_shows(path, number)
+
+    def test_a_writer_that_never_closes_its_stream(self):
+        number = next(self.numbers)
+        path = self.folder / name(number)
+        with self.session.open(path) as stream:
+            stream.write(pictures.png(number, 1920, 1080, noise=7))
+            self.assert_shows(path, number)
+    
+    def test_fifty_files_in_one_second(self):
+        data = {number: pictures.png(number) for number in range(50)}
+        paths = []
+        for number in range(50):
+            path = self.folder / f"Screenshot_20261115_2104{number:02}.png"
+            paths.append(self.session.write(path, data[number]))
+            pace(1 / 50)
+        for path in paths:
+            self.assert_arrives(path, 20)
+        state = self.quenlio.state()
+        self.assertEqual(state["latestScreenshotPath"], str(paths[-1]))
+        self.assertEqual(state["screenshotCount"], 10)
+        newest_first = [path.name for path in reversed(paths[-10:])]
+        wait_for(lambda: self.quenlio.strip() == newest_first, "the newest ten, newest first")
+        selected = paths.index(Path(state["selectedScreenshotPath"]))
+        pictures.wait_until_shown(self.quenlio, selected)
+
+
+if __name__ == "__main__":
+    unittest.main()
