@@ -1,13 +1,12 @@
 // What every file manager does, the fake and the real one.
 #include <gtest/gtest.h>
-#include <stdlib.h>
-
-#include <filesystem>
 
 #include "desktop/linux/system/LinuxClock.h"
 #include "desktop/linux/system/LinuxFileContents.h"
 #include "desktop/linux/system/LinuxFileManager.h"
 #include "desktop/linux/system/OwnFiles.h"
+
+#include "tests/contract/TemporaryFolder.h"
 #include "tests/fakes/FakeFileSystem.h"
 #include "tests/harness/VirtualTime.h"
 
@@ -31,13 +30,9 @@ struct RealFiles {
   OwnFiles own;
   LinuxFileManager manager{own, linuxClock};
   LinuxFileContents fileContents;
-  FileURL root;
+  TemporaryFolder folder;
+  FileURL root = folder.url();
 
-  RealFiles() {
-    std::string folder = (std::filesystem::temp_directory_path() / "quenlio-contract-XXXXXX").string();
-    root = FileURL(mkdtemp(folder.data()));
-  }
-  ~RealFiles() { std::filesystem::remove_all(root.path()); }
   FileManager& files() { return manager; }
   FileContents& contents() { return fileContents; }
   const Clock& clock() { return linuxClock; }

@@ -1,11 +1,11 @@
 // What every serial queue does, on virtual time and on a real thread.
-#include <gtest/gtest.h>
-
 #include <atomic>
+#include <gtest/gtest.h>
 #include <memory>
 #include <vector>
 
 #include "desktop/linux/system/ThreadQueue.h"
+
 #include "tests/harness/VirtualTime.h"
 
 namespace quenlio {

@@ -44,11 +44,13 @@ mode_t maskedNewFileMode() {
   return kNewFileMode & ~mask;
 }
 
-int writeAndSync(int fd, mode_t mode, std::string_view data) {
+// No flush to the disk: these files are written on the main thread and on the way of every screenshot. A killed program
+// leaves one of the two contents whole all the same; a power cut may cost the newest.
+int writeWithMode(int fd, mode_t mode, std::string_view data) {
   if (const int error = writeAll(fd, data); error != 0) {
     return error;
   }
-  return ::fchmod(fd, mode) == 0 && ::fsync(fd) == 0 ? 0 : errno;
+  return ::fchmod(fd, mode) == 0 ? 0 : errno;
 }
 
 }  // namespace
@@ -81,7 +83,7 @@ PlatformResult<Done> LinuxFileContents::writeAtomically(const FileURL& url, std:
   if (!fd) {
     return fileError(url, "could not be written", errno);
   }
-  int error = writeAndSync(fd.get(), mode, data);
+  int error = writeWithMode(fd.get(), mode, data);
   if (error == 0 && ::rename(hidden.c_str(), place.path().c_str()) != 0) {
     error = errno;
   }

@@ -9,8 +9,8 @@ class LinuxFileContents final : public FileContents {
  public:
   // Regular files only: nothing that could block is opened.
   [[nodiscard]] PlatformResult<std::string> read(const FileURL& url) const override;
-  // The new contents are on the disk before they take the old one's place in one step; a file that is there keeps its
-  // mode, and a link keeps leading to its file. A kill in between leaves the old file, and a hidden one beside it.
+  // The new contents are whole before they take the old one's place in one step; a file that is there keeps its mode,
+  // and a link keeps leading to its file. A kill in between leaves the old file, and a hidden one beside it.
   PlatformResult<Done> writeAtomically(const FileURL& url, std::string_view data) override;
   PlatformResult<Done> append(const FileURL& url, std::string_view data) override;
 };
