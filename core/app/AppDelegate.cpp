@@ -29,7 +29,7 @@ UserDefaults& defaultsOf(const QuenlioReleaseTestConfiguration& configuration, U
 std::string joined(const std::vector<std::string>& arguments) {
   std::string text;
   for (const std::string& argument : arguments) {
-    text += text.empty() ? argument : " " + argument;
+    text.append(&argument == &arguments.front() ? "" : " ").append(argument);
   }
   return text;
 }
@@ -261,6 +261,9 @@ void AppDelegate::applicationWillTerminate() {
   islandHotKey_.unregister();
   requestChannel_.unregisterReleaseTestNotifications();
   requestChannel_.stopReleaseTestRequestPolling();
+  if (overlayController_) {
+    overlayController_->endDelayedWork();
+  }
 }
 
 void AppDelegate::handleNewScreenshot(const FileURL& url, std::optional<DisplayID> displayID) {
@@ -283,7 +286,9 @@ void AppDelegate::openIslandToolFromMenu() {
 
 void AppDelegate::openIslandToolFromShortcut() {
   const auto display = displayForIslandTool();
-  if (overlayController().panel().isVisible()) {
+  // Without an island there is nothing to hide, and the first use of it brings it up by itself.
+  const bool isUp = overlayController_ != nullptr && overlayController_->panel().isVisible();
+  if (isUp) {
     overlayController().hide({.animated = true, .duration = 0.12s, .shouldSlide = true});
   } else {
     overlayController().show(display);

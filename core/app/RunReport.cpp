@@ -12,11 +12,12 @@
 namespace quenlio {
 
 void RunReport::syncReleaseTestState(const std::optional<OnboardingPermissionState>& permissionState) {
+  // Made here at the latest: what making it takes is not to wait for the first screenshot.
+  const ScreenshotStore& store = dependencies_.store();
   if (!dependencies_.diagnostics.isEnabled()) {
     return;  // spares the probe a listing of the Desktop
   }
   const OnboardingPermissionState permissions = permissionState ? *permissionState : dependencies_.permissions.probe();
-  const ScreenshotStore& store = dependencies_.store();
   const auto& items = store.items.get();
   const ScreenshotItem* selected = store.selectedItem();
   dependencies_.diagnostics.update([&](QuenlioReleaseTestState& state) {

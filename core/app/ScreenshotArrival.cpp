@@ -46,8 +46,9 @@ void ScreenshotArrival::tellOnboarding(const FileURL& url) {
     onboarding.onboardingAwaitingLiveCapture = false;
     onboarding.onboardingCaptureTimeoutTask.cancel();
   }
-  if (onboarding.onboardingLiveEventSubscriber) {
-    onboarding.onboardingLiveEventSubscriber({.captureDetected = url});
+  // A copy: the subscriber may end its own subscription.
+  if (const auto subscriber = onboarding.onboardingLiveEventSubscriber) {
+    subscriber({.captureDetected = url});
   }
 }
 

@@ -23,8 +23,8 @@ std::optional<FileURL> directory(const ProcessInfo& process, std::string_view na
   return path ? std::optional(FileURL(*path)) : std::nullopt;
 }
 
-bool isTruthy(const std::optional<std::string>& value) {
-  const std::string lower = lowercased(value.value_or(""));
+bool isTruthy(const ProcessInfo& process, std::string_view name) {
+  const std::string lower = lowercased(process.environment(name).value_or(""));
   return lower == "1" || lower == "true" || lower == "yes" || lower == "on";
 }
 
@@ -32,14 +32,14 @@ bool isTruthy(const std::optional<std::string>& value) {
 
 QuenlioReleaseTestConfiguration QuenlioReleaseTestConfiguration::fromEnvironment(const ProcessInfo& process) {
   return {
-      .isEnabled = isTruthy(text(process, "QUENLIO_INTERNAL_TESTING")),
+      .isEnabled = isTruthy(process, "QUENLIO_INTERNAL_TESTING"),
       .runID = text(process, "QUENLIO_TEST_RUN_ID").value_or("local"),
       .defaultsSuiteName = text(process, "QUENLIO_TEST_DEFAULTS_SUITE"),
       .appSupportDirectory = directory(process, "QUENLIO_TEST_APP_SUPPORT_DIR"),
       .screenshotDirectory = directory(process, "QUENLIO_TEST_SCREENSHOT_DIR"),
       .keychainServiceName = text(process, "QUENLIO_TEST_KEYCHAIN_SERVICE"),
       .diagnosticsDirectory = directory(process, "QUENLIO_TEST_DIAGNOSTICS_DIR"),
-      .enableInstallPrompt = isTruthy(text(process, "QUENLIO_TEST_ENABLE_INSTALL_PROMPT")),
+      .enableInstallPrompt = isTruthy(process, "QUENLIO_TEST_ENABLE_INSTALL_PROMPT"),
   };
 }
 

@@ -2,10 +2,20 @@
 
 namespace quenlio {
 
+namespace {
+
+// NSMouseInRect with an unflipped rectangle: a pointer's y is that of its pixel's upper edge, so the lower edge of the
+// frame lies outside and the upper one inside.
+bool mouseInRect(Point<Screen> mouse, const Rect<Screen>& frame) {
+  return mouse.x >= frame.minX() && mouse.x < frame.maxX() && mouse.y > frame.minY() && mouse.y <= frame.maxY();
+}
+
+}  // namespace
+
 std::optional<ScreenInfo> ScreenUtilities::activeScreen(const Screens& screens) {
   const Point<Screen> pointer = screens.mouseLocation();
   for (const ScreenInfo& screen : screens.screens()) {
-    if (screen.frame.contains(pointer)) {
+    if (mouseInRect(pointer, screen.frame)) {
       return screen;
     }
   }

@@ -214,6 +214,11 @@ void IslandOverlayController::hide(const HideMotion& motion) {
                             }));
 }
 
+void IslandOverlayController::endDelayedWork() {
+  autoDismiss_->disarm();
+  pointerRecheck_.cancel();
+}
+
 void IslandOverlayController::hideFromCloseButton() {
   autoDismiss_->isHovered = false;
   autoDismiss_->isWindowDragging = false;

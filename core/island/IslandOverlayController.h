@@ -57,6 +57,8 @@ class IslandOverlayController {
   // already goes back to the corner. Nothing happens while the island is switched off, or without a screen.
   void show(std::optional<DisplayID> preferredDisplayID);
   void hide(const HideMotion& motion);
+  // Gives up the pending hide, the ring and the look at the pointer. What is on the screen stays.
+  void endDelayedWork();
   // Moves the panel with the pointer, inside its screen. The translation is that since the gesture began, in points, y
   // growing downward.
   void dragPanel(Size translation, bool ended);

@@ -119,10 +119,24 @@ std::optional<Enumeration> fromRawValue(std::string_view raw) {
   const auto found = std::ranges::find(names, raw);
   return found != names.end() ? std::optional(static_cast<Enumeration>(found - names.begin())) : std::nullopt;
 }
+
+template <class Enumeration>
+std::vector<Enumeration> allCases() {
+  std::vector<Enumeration> cases;
+  for (const std::string_view raw : RawValues<Enumeration>::names) {
+    cases.push_back(*fromRawValue<Enumeration>(raw));
+  }
+  return cases;
+}
+
 template std::optional<IslandDurationMode> fromRawValue(std::string_view);
 template std::optional<IslandSize> fromRawValue(std::string_view);
 template std::optional<IslandSide> fromRawValue(std::string_view);
 template std::optional<ScreenshotLocationMode> fromRawValue(std::string_view);
+template std::vector<IslandDurationMode> allCases();
+template std::vector<IslandSize> allCases();
+template std::vector<IslandSide> allCases();
+template std::vector<ScreenshotLocationMode> allCases();
 
 AppSettings::AppSettings(const Dependencies& dependencies)
     // The savers live and die with their settings, which are members of this object.

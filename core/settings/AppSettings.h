@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "core/base/Published.h"
 #include "core/platform/UserDefaults.h"
@@ -28,6 +29,10 @@ enum class ScreenshotLocationMode { automatic, manual };  // raw values "auto" a
 [[nodiscard]] std::string_view rawValue(IslandSize size);
 [[nodiscard]] std::string_view rawValue(IslandSide side);
 [[nodiscard]] std::string_view rawValue(ScreenshotLocationMode mode);
+
+// Every case of one of the four enumerations, in order.
+template <class Enumeration>
+[[nodiscard]] std::vector<Enumeration> allCases();
 
 // The case of this raw value, if there is one. For each of the four enumerations.
 template <class Enumeration>

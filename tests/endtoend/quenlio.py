@@ -21,7 +21,9 @@ TICKS_TO_SETTLE = 10
 
 
 def program_path():
-    return Path(os.environ["QUENLIO_PROGRAM"]).resolve()
+    """The one that the build names, or the development build's."""
+    built = Path(__file__).resolve().parents[2] / "build/dev/quenlio"
+    return Path(os.environ.get("QUENLIO_PROGRAM", built)).resolve()
 
 
 class Window:

@@ -39,6 +39,7 @@ constexpr std::array kExceptions{
     Exception{"tests/contract/", "monotonic clock", "deadlines of waits for real events"},
     Exception{"tests/desktop/", "toolkit timer", "an alarm that ends a wait for real events at its deadline"},
     Exception{"tests/contract/", "toolkit timer", "an alarm that ends a wait for real events at its deadline"},
+    Exception{"bench/", "sleep", "a benchmark paces the real program that it measures"},
     Exception{"bench/", "monotonic clock", "a benchmark measures real time"},
 };
 

@@ -1,5 +1,6 @@
 #include "desktop/linux/session/QtPanel.h"
 
+#include <QtWidgets/QApplication>
 #include <algorithm>
 #include <utility>
 
@@ -65,8 +66,15 @@ void QtPanel::makeKeyAndOrderFront() {
 }
 
 void QtPanel::makeKeyWindow() {
-  if (isVisible_ && !isKeyWindow() && mayTakeKeyboard()) {
-    window_.activateWindow();
+  if (!isVisible_ || !mayTakeKeyboard()) {
+    return;
+  }
+  // Also when the window is said to be active: right after a hiding that is still the answer of before.
+  window_.activateWindow();
+  // Hiding takes the activity from the widget at once and from its window only when the server's word comes. A window
+  // that is shown again before that never hears that it has become active, so its widget has to be told.
+  if (QGuiApplication::focusWindow() == window_.windowHandle() && !window_.isActiveWindow()) {
+    QApplication::setActiveWindow(&window_);
   }
 }
 

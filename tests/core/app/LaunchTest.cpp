@@ -1,31 +1,196 @@
-// The order of launch and termination, and what the status item and the keys may ask of the application.
-#include <gtest/gtest.h>
-
-#include "tests/harness/TestPlatform.h"
+// The launch: what is started, in which order, and that it is started once.
+#include "tests/core/app/AppTest.h"
 
 namespace quenlio {
 namespace {
 
-class Launch : public testing::Test {
+class Launch : public AppTest {
  protected:
-  void SetUp() override { platform.enableDiagnostics(); }
-
-  TestPlatform platform;
+  FakeUserDefaults& defaults() { return platform.defaults.standardUserDefaults(); }
+  std::optional<std::string> progressState() { return defaults().object<std::string>("onboarding.progressState"); }
 };
 
 TEST_F(Launch, aCaptureReachesTheLibraryAndTheIsland) {
-  const auto app = platform.makeApp();
-  app->applicationDidFinishLaunching();
-  platform.time.runReady();
-
-  platform.files.write("/home/user/Desktop/Screenshot 2026-11-15.png");
-  platform.eventStreams.changed("/home/user/Desktop/Screenshot 2026-11-15.png");
+  launch();
+  const std::string path = capture();
   platform.time.advanceBy(Seconds(0.06));
-
-  ASSERT_EQ(app->store().items.get().size(), 1U);
+  ASSERT_EQ(listed(), Names{path});
   EXPECT_TRUE(app->overlayController().panel().isVisible());
   EXPECT_EQ(platform.eventCount("screenshot_detected"), 1);
-  EXPECT_EQ(platform.state().latestScreenshotPath, "/home/user/Desktop/Screenshot 2026-11-15.png");
+  EXPECT_EQ(platform.state().latestScreenshotPath, path);
+}
+
+TEST_F(Launch, staysOutOfTheDockThenTellsOfTheLaunchThenWatchesThenTakesTheHotKeyThenListensForRequests) {
+  launch();
+  EXPECT_EQ(calls(), (Names{"setActivationPolicy accessory", "track 0", "FSEventStreamCreate /home/user/Desktop",
+                            "FSEventStreamSetDispatchQueue Quenlio.Watcher", "FSEventStreamStart /home/user/Desktop",
+                            "RegisterEventHotKey", "InstallEventHandler",
+                            "addObserver com.quenlio.release-test.ingest-screenshot",
+                            "createDirectory /home/user/support/Quenlio"}));
+}
+
+TEST_F(Launch, eventsComeInTheOrderOfTheLaunch) {
+  platform.configuration.screenshotDirectory = FileURL("/seeds");
+  platform.files.write("/seeds/seed.png");
+  platform.files.write("/shots/argument.png");
+  platform.process.argumentList = {"quenlio", "--release-test-ingest", "/shots/argument.png"};
+  platform.files.write("/run/ingest-screenshot-request.txt", "/shots/argument.png");
+  launch();
+  EXPECT_EQ(platform.eventNames(),
+            (Names{"app_launched", "release_test_seed_ingested_on_launch", "release_test_launch_ingest_requested",
+                   "release_test_request_polling_started", "release_test_request_check",
+                   "release_test_request_consumed", "screenshot_detected", "screenshot_detected"}));
+}
+
+TEST_F(Launch, theVersionAndTheTimeAreReportedBeforeTheLaunchIsAnnounced) {
+  platform.bundle.info["CFBundleShortVersionString"] = "7.8.9";
+  const Date now = platform.time.now();
+  launch();
+  EXPECT_EQ(platform.state().appVersion, "7.8.9");
+  EXPECT_EQ(platform.state().launchedAt, now);
+  const auto report = platform.log.indexOf("writeAtomically /run/state.json");
+  EXPECT_LT(platform.log.indexOf("setActivationPolicy accessory"), platform.log.indexOf("track 0"));
+  EXPECT_LT(report, platform.log.indexOf("track 0"));
+}
+
+TEST_F(Launch, theLaunchIsAnnouncedWithTheArgumentsAndTheVersion) {
+  platform.bundle.info["CFBundleShortVersionString"] = "7.8.9";
+  platform.process.argumentList = {"quenlio", "one", "two words"};
+  launch();
+  EXPECT_EQ(eventValues("app_launched", "arguments"), Names{"quenlio one two words"});
+  ASSERT_EQ(platform.analytics.count(AnalyticsEventName::appLaunched), 1);
+  EXPECT_EQ(platform.analytics.events.front().second, (std::map<std::string, std::string>{{"appVersion", "7.8.9"}}));
+}
+
+TEST_F(Launch, withoutAnyFlagTheFirstRunIsPendingAndThatIsWrittenDown) {
+  launch();
+  EXPECT_EQ(app->onboarding().onboardingState, OnboardingProgressState::pending);
+  EXPECT_EQ(progressState(), "pending");
+  EXPECT_EQ(platform.state().onboardingState, "pending");
+}
+
+TEST_F(Launch, eachOfTheThreeFlagsAloneProvesTheFirstRunCompleted) {
+  for (const char* key : {"onboarding.floatingThumbnail.v1.completed", "onboarding.quick.v2.completed",
+                          "onboarding.quick.v3.completed"}) {
+    defaults().setObject("onboarding.progressState", std::string("pending"));
+    defaults().setObject(key, true);
+    launch();
+    EXPECT_EQ(app->onboarding().onboardingState, OnboardingProgressState::completed) << key;
+    EXPECT_EQ(progressState(), "completed") << key;
+    EXPECT_EQ(platform.state().onboardingState, "completed") << key;
+    defaults().removeObjectForKey(key);
+  }
+}
+
+TEST_F(Launch, aStoredStateOfCompletedStaysAndAnyOtherBecomesPending) {
+  for (const auto& [stored, expected] : std::map<std::string, std::string>{{"completed", "completed"},
+                                                                           {"pending", "pending"},
+                                                                           {"existingInstall", "pending"},
+                                                                           {"strange", "pending"}}) {
+    defaults().setObject("onboarding.progressState", stored);
+    launch();
+    EXPECT_EQ(progressState(), expected) << stored;
+  }
+}
+
+TEST_F(Launch, aRunsOwnSuiteTakesThePlaceOfTheStandardDefaults) {
+  platform.configuration.defaultsSuiteName = "run";
+  launch();
+  EXPECT_EQ(progressState(), std::nullopt);
+  EXPECT_EQ(platform.defaults.initWithSuiteName("run")->object<std::string>("onboarding.progressState"), "pending");
+}
+
+TEST_F(Launch, theStatusItemComesFirstAndAloneAndOnlyOnce) {
+  app = platform.makeApp();
+  EXPECT_EQ(app->statusBarController(), nullptr);
+  app->bootstrapStatusBarIfNeeded();
+  const StatusBarController* first = app->statusBarController();
+  ASSERT_NE(first, nullptr);
+  EXPECT_EQ(&first->settings(), &app->settings());
+  EXPECT_EQ(calls(), Names{});  // no watcher and no hot key yet
+  EXPECT_EQ(platform.time.pending(), 0U);
+  app->bootstrapStatusBarIfNeeded();
+  app->applicationDidFinishLaunching();
+  EXPECT_EQ(app->statusBarController(), first);
+}
+
+TEST_F(Launch, itsSecondHalfRunsOnceHoweverOftenItIsCalled) {
+  platform.configuration.screenshotDirectory = FileURL("/seeds");
+  platform.files.write("/seeds/seed.png");
+  launch();
+  const std::size_t pending = platform.time.pending();
+  const std::string events = eventText();
+  platform.log.clear();
+  app->finishInitialLaunch();
+  EXPECT_EQ(platform.log.calls(), Names{});
+  EXPECT_EQ(platform.time.pending(), pending);
+  EXPECT_EQ(eventText(), events);
+}
+
+TEST_F(Launch, missingFilesAreLookedForEvery30Seconds) {
+  launch();
+  for (int round = 0; round < 2; ++round) {
+    const std::string path = "/shots/a.png";
+    platform.files.write(path);
+    arrive(path);
+    platform.files.remove(path);
+    platform.time.advanceBy(Seconds(29.9));
+    EXPECT_EQ(listed(), Names{path});
+    platform.time.advanceBy(Seconds(0.1));
+    EXPECT_EQ(listed(), Names{});
+  }
+}
+
+TEST_F(Launch, theFolderIsLookedAtEverySecondInADiagnosticsRunAndEveryFiveElse) {
+  for (const bool isRun : {true, false}) {
+    platform.configuration.isEnabled = isRun;
+    launch();
+    platform.files.write(std::string(kDesktop) + (isRun ? "/Screenshot 2026-11-15.png" : "/Screenshot 2026-11-16.png"));
+    platform.time.advanceBy(isRun ? Seconds(0.99) : Seconds(4.99));
+    EXPECT_EQ(listed(), Names{});
+    platform.time.advanceBy(Seconds(0.1));
+    EXPECT_EQ(listed().size(), 1U) << isRun;
+  }
+}
+
+TEST_F(Launch, whatLiesInTheFolderAlreadyIsNoArrival) {
+  platform.files.write(std::string(kDesktop) + "/Screenshot 2026-11-14.png");
+  launch();
+  platform.time.advanceBy(10s);
+  EXPECT_EQ(listed(), Names{});
+}
+
+TEST_F(Launch, theIslandIsNotMadeBeforeItIsNeeded) {
+  launch();
+  EXPECT_EQ(platform.islandShell.panel, nullptr);
+}
+
+TEST_F(Launch, aFailureOfTheStreamOrTheHotKeyStopsNothing) {
+  platform.eventStreams.creationFails = true;
+  platform.hotKeys.registerStatus = -9878;
+  launch();
+  EXPECT_EQ(platform.eventCount("release_test_request_polling_started"), 1);
+  platform.files.write(std::string(kDesktop) + "/Screenshot 2026-11-15.png");
+  platform.time.advanceBy(Seconds(1.1));
+  EXPECT_EQ(listed().size(), 1U);
+}
+
+TEST_F(Launch, withDiagnosticsOffNothingIsWrittenForAnObserver) {
+  platform.configuration.isEnabled = false;
+  launch();
+  capture();
+  platform.time.advanceBy(60s);
+  EXPECT_FALSE(platform.files.fileExistsAtPath(FileURL("/run")));
+  EXPECT_EQ(listed().size(), 1U);
+}
+
+TEST_F(Launch, comingToTheFrontChangesNothing) {
+  launch();
+  const std::size_t pending = platform.time.pending();
+  platform.log.clear();
+  app->applicationDidBecomeActive();
+  EXPECT_EQ(platform.log.calls(), Names{});
+  EXPECT_EQ(platform.time.pending(), pending);
 }
 
 }  // namespace

@@ -20,6 +20,12 @@ using namespace std::chrono_literals;
 
 class Diagnostics : public testing::Test {
  protected:
+  Diagnostics() {
+    configuration.isEnabled = true;
+    configuration.runID = "run-1";
+    configuration.diagnosticsDirectory = FileURL("/out/run");
+  }
+
   QuenlioReleaseTestDiagnostics& start() { return diagnostics.emplace(configuration, time, time, files, files); }
 
   [[nodiscard]] QuenlioReleaseTestState stateFile() const {
@@ -31,8 +37,7 @@ class Diagnostics : public testing::Test {
   CallLog log;
   VirtualTime time;
   FakeFileSystem files{time, log};
-  QuenlioReleaseTestConfiguration configuration{
-      .isEnabled = true, .runID = "run-1", .diagnosticsDirectory = FileURL("/out/run")};
+  QuenlioReleaseTestConfiguration configuration;
   std::optional<QuenlioReleaseTestDiagnostics> diagnostics;
 };
 

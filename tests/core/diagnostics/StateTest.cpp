@@ -13,6 +13,12 @@ using namespace std::chrono_literals;
 
 constexpr Date kMoment = std::chrono::sys_days(std::chrono::year(2026) / 11 / 15) + 21h;
 
+QuenlioReleaseTestState emptyState(const std::string& runID) {
+  QuenlioReleaseTestState state;
+  state.runID = runID;
+  return state;
+}
+
 QuenlioReleaseTestState fullState() {
   return {
       .runID = "run",
@@ -66,7 +72,7 @@ TEST(StateText, isPrettyWithSortedKeysAndISODates) {
 }
 
 TEST(StateText, anAbsentValueHasNoKeyAndTheRestIsEmptyOrFalse) {
-  const auto object = json::read(encode(QuenlioReleaseTestState{.runID = "local"}));
+  const auto object = json::read(encode(emptyState("local")));
   ASSERT_TRUE(object);
   EXPECT_EQ(*object,
             json::Value({{"runID", "local"},
@@ -83,8 +89,7 @@ TEST(StateText, anAbsentValueHasNoKeyAndTheRestIsEmptyOrFalse) {
 
 TEST(StateText, comesBackAsItWas) {
   EXPECT_EQ(decodeState(encode(fullState())), fullState());
-  const QuenlioReleaseTestState empty{.runID = ""};
-  EXPECT_EQ(decodeState(encode(empty)), empty);
+  EXPECT_EQ(decodeState(encode(emptyState(""))), emptyState(""));
 }
 
 TEST(StateText, aPathThatIsNotUTF8ComesBack) {
@@ -140,12 +145,12 @@ TEST(StateText, isNotReadFromWhatIsNoObject) {
 
 RC_GTEST_PROP(StateTextProperty, anyStateComesBack,
               (const std::string& runID, const std::string& path, std::int64_t count, bool flag)) {
-  const QuenlioReleaseTestState state{.runID = runID,
-                                      .launchedAt = kMoment,
-                                      .onboardingVisible = flag,
-                                      .screenshotCount = count,
-                                      .latestScreenshotPath = path,
-                                      .permissionState = {.desktopFolderReadable = flag}};
+  QuenlioReleaseTestState state = emptyState(runID);
+  state.launchedAt = kMoment;
+  state.onboardingVisible = flag;
+  state.screenshotCount = count;
+  state.latestScreenshotPath = path;
+  state.permissionState.desktopFolderReadable = flag;
   RC_ASSERT(decodeState(encode(state)) == state);
 }
 

@@ -1,6 +1,7 @@
 // The island alone on a fake platform: a real library and real settings, a panel without a window.
 #pragma once
 
+#include <algorithm>
 #include <chrono>
 #include <gtest/gtest.h>
 #include <memory>
@@ -76,7 +77,9 @@ class IslandRig {
     platform.files.write("/shots/" + name);
     store.ingestScreenshot(FileURL("/shots/" + name), display);
     platform.time.runReady();
-    store.items.mutate([&](auto& items) { items.front().isPinned = isPinned; });
+    store.items.mutate([&](auto& items) {
+      std::ranges::find(items, FileURL("/shots/" + name), &ScreenshotItem::fileURL)->isPinned = isPinned;
+    });
   }
 
   [[nodiscard]] FakePanel& panel() const { return *platform.islandShell.panel; }

@@ -196,7 +196,7 @@ TEST_F(CloseButton, itEndsHoverAndDragsSoThatTheNextCountdownRuns) {
   view().onWindowDrag({-20, 0}, false);
   view().onClose();
   platform.time.advanceBy(1s);
-  // A change of the duration asks the rule again and finds nothing that keeps the panel up.
+  // Nothing of what was under way keeps the panel up now.
   island->show(1);
   EXPECT_TRUE(state().showDismissProgress.get());
 }
@@ -212,7 +212,7 @@ TEST_F(CloseButton, theNextMoveOfThePanelStartsFromWhereItIsThen) {
   EXPECT_EQ(panel().frame(), corner().moved(-10, 0));
 }
 
-TEST_F(CloseButton, aNewScreenshotIsAskedForBeforeThePanelSlidesOut) {
+TEST_F(Hide, aWishForANewScreenshotIsPassedOnBeforeThePanelSlidesOut) {
   openShown();
   view().onRequestNewScreenshot();
   EXPECT_EQ(platform.log.calls(), (Calls{"requestNewScreenshot", "runAnimationGroup to 1036 34 232 232"}));

@@ -31,7 +31,7 @@ class PressedKeys : public testing::Test {
     panel_.setFrame({{100, 100}, {200, 200}});
     intent_.note();
     panel_.makeKeyAndOrderFront();
-    ASSERT_TRUE(waitUntil([this] { return panel_.isKeyWindow(); }));
+    ASSERT_TRUE(waitUntil([this] { return panel_.isKeyWindow() && focusedWindow() == panel_.window().winId(); }));
     monitor_ = monitors_.addLocalMonitorForKeyDown([this](const KeyEvent& key) {
       heard_.push_back(key);
       return swallows_;

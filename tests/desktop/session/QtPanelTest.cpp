@@ -145,7 +145,19 @@ TEST_F(QtPanelTest, takesTheKeyboardWhenTheUserHasJustAsked) {
   intent_.note();
   ASSERT_TRUE(show());
   panel_.makeKeyAndOrderFront();
-  EXPECT_TRUE(waitUntil([this] { return panel_.isKeyWindow(); }));
+  EXPECT_TRUE(waitUntil([this] { return panel_.isKeyWindow() && focusedWindow() == id(); }));
+}
+
+TEST_F(QtPanelTest, takesTheKeyboardAgainRightAfterItWasHidden) {
+  OtherProgram other;
+  ASSERT_TRUE(other.showAndTakeKeyboard({100, 100, 300, 200}));
+  for (int showing = 0; showing < 10; ++showing) {
+    intent_.note();
+    panel_.setFrame(corner());
+    panel_.makeKeyAndOrderFront();
+    ASSERT_TRUE(waitUntil([this] { return panel_.isKeyWindow() && focusedWindow() == id(); })) << showing;
+    panel_.orderOut();
+  }
 }
 
 TEST_F(QtPanelTest, handsKeysToItsCallback) {
@@ -158,7 +170,7 @@ TEST_F(QtPanelTest, handsKeysToItsCallback) {
   ASSERT_TRUE(show());
   panel_.makeKeyAndOrderFront();
   panel_.makeContentViewFirstResponder();
-  ASSERT_TRUE(waitUntil([this] { return panel_.isKeyWindow(); }));
+  ASSERT_TRUE(waitUntil([this] { return panel_.isKeyWindow() && focusedWindow() == id(); }));
   pressKeys(QStringLiteral("ctrl+c"));
   // Control itself comes first.
   ASSERT_TRUE(waitUntil([&keys] { return !keys.empty() && keys.back().keyCode == 8; }));

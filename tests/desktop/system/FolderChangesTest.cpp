@@ -43,7 +43,7 @@ class FolderChangesTest : public testing::Test {
   Moment now{milliseconds(1000)};
   FolderChanges changes{FileURL("/f"),
                         {.latency = Seconds(0.02), .flags = kFSEventStreamCreateFlagNoDefer},
-                        [this](const std::string& name) {
+                        [&files = files, &looks = looks](const std::string& name) {
                           ++looks;
                           return files.contains(name) ? files[name] : FinishedState{};
                         }};
@@ -74,7 +74,7 @@ TEST_F(FolderChangesTest, changesWithinTheLatencyComeTogether) {
 }
 
 TEST_F(FolderChangesTest, aStreamThatDefersLooksOnlyAfterTheLatency) {
-  FolderChanges deferred(FileURL("/f"), {.latency = Seconds(0.02), .flags = 0}, [this](const std::string&) {
+  FolderChanges deferred(FileURL("/f"), {.latency = Seconds(0.02), .flags = 0}, [&looks = looks](const std::string&) {
     ++looks;
     return FinishedState{};
   });

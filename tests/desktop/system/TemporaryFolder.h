@@ -26,7 +26,9 @@ inline void check(bool isGood, const std::string& what) {
   }
 }
 
-inline FileURL operator/(const FileURL& folder, std::string_view name) { return folder.appending(name); }
+inline FileURL operator/(const FileURL& folder, std::string_view name) {
+  return folder.appending(name);
+}
 
 class TemporaryFolder {
  public:

@@ -4,6 +4,7 @@
 
 int main(int argc, char** argv) {
   testing::InitGoogleTest(&argc, argv);
+  qputenv("QT_QPA_PLATFORM", "offscreen");  // here, so that it holds when the tests are only listed, too
   QApplication application(argc, argv);
   QApplication::setQuitOnLastWindowClosed(false);
   return RUN_ALL_TESTS();
