@@ -336,7 +336,9 @@ std::optional<FileURL> AppDelegate::promptForEditorImage() {
 void AppDelegate::requestFolderAccess() {
   const FileURL folder = locations_.resolveFolder(settings_);
   // The attempt to list is what makes some systems ask the user; its outcome does not matter here.
-  (void)OnboardingPermissionService::isReadableFolder(platform_.files, folder);
+  if (platform_.files.isDirectory(folder) && platform_.files.isReadableFileAtPath(folder)) {
+    (void)platform_.files.contentsOfDirectoryAtURL(folder, HiddenFiles::skip);
+  }
   onboardingPermissionService_.openFilesAndFoldersSettings();
   if (watcher_) {
     watcher_->restartWatcher(true);

@@ -7,9 +7,11 @@
 namespace quenlio {
 
 std::string iso8601(Date date) {
-  const auto day = std::chrono::floor<std::chrono::days>(date);
+  // In seconds: the first moment of the earliest day is earlier than any Date in nanoseconds.
+  const auto second = std::chrono::floor<std::chrono::seconds>(date);
+  const auto day = std::chrono::floor<std::chrono::days>(second);
   const std::chrono::year_month_day calendar(day);
-  const std::chrono::hh_mm_ss time(std::chrono::floor<std::chrono::seconds>(date - day));
+  const std::chrono::hh_mm_ss time(second - day);
   std::array<char, 32> text{};
   const int length = std::snprintf(text.data(), text.size(), "%04d-%02u-%02uT%02d:%02d:%02dZ",
                                    static_cast<int>(calendar.year()), static_cast<unsigned>(calendar.month()),

@@ -24,11 +24,12 @@ class Published {
   explicit Published(T value = T{}) : value_(std::move(value)) {}
   Published(const Published&) = delete;
   Published& operator=(const Published&) = delete;
+  virtual ~Published() = default;
 
   [[nodiscard]] const T& get() const { return value_; }
 
   // Announces next, then stores it.
-  void set(T next) {
+  virtual void set(T next) {
     // A copy, since an observer may subscribe or leave while this loop runs.
     const std::vector<std::shared_ptr<Entry>> observers = *observers_;
     for (const auto& entry : observers) {

@@ -7,7 +7,7 @@ namespace quenlio {
 
 bool OnboardingPermissionService::isReadableFolder(const FileManager& files, const FileURL& folder) {
   return files.isDirectory(folder) && files.isReadableFileAtPath(folder) &&
-         files.contentsOfDirectoryAtURL(folder, HiddenFiles::skip).ok();
+         files.canListDirectoryAtURL(folder);
 }
 
 OnboardingPermissionState OnboardingPermissionService::probe() const {

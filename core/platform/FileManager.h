@@ -41,6 +41,8 @@ class FileManager {
   // The direct contents, in the order of the file system.
   [[nodiscard]] virtual PlatformResult<std::vector<DirectoryEntry>> contentsOfDirectoryAtURL(
       const FileURL& url, HiddenFiles hidden) const = 0;
+  // Whether contentsOfDirectoryAtURL() would succeed, without the work of a whole listing.
+  [[nodiscard]] virtual bool canListDirectoryAtURL(const FileURL& url) const = 0;
   // Everything below a folder, hidden files included, each folder before its contents; links are not followed. Stops
   // early and silently where something cannot be read. False when the folder itself cannot be.
   virtual bool enumerateAtURL(const FileURL& url,

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <cstring>
 #include <utility>
 
 #include "core/base/FileURL.h"
@@ -55,15 +54,12 @@ Enumeration readCase(const UserDefaults& defaults, std::string_view name, Enumer
 }
 
 Bytes bytesOf(std::string_view text) {
-  Bytes bytes(text.size());
-  std::memcpy(bytes.data(), text.data(), text.size());
-  return bytes;
+  const auto* begin = reinterpret_cast<const std::byte*>(text.data());
+  return {begin, begin + text.size()};
 }
 
 std::string textOf(const Bytes& bytes) {
-  std::string text(bytes.size(), '\0');
-  std::memcpy(text.data(), bytes.data(), bytes.size());
-  return text;
+  return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
 }
 
 using DisplayPositions = std::map<std::string, DisplayPosition>;

@@ -50,7 +50,7 @@ template <class T>
 class Setting : public Published<T> {
  public:
   Setting(T value, std::function<void()> save) : Published<T>(std::move(value)), save_(std::move(save)) {}
-  void set(T next) {
+  void set(T next) override {
     Published<T>::set(std::move(next));
     save_();
   }

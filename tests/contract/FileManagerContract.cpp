@@ -154,6 +154,13 @@ TYPED_TEST(FileManagerContract, aListingTellsFilesFromFoldersAndSkipsHiddenOnesW
   }
 }
 
+TYPED_TEST(FileManagerContract, aFolderCanBeListedAndNothingElse) {
+  this->write("file", "x");
+  EXPECT_TRUE(this->files().canListDirectoryAtURL(this->system.root));
+  EXPECT_FALSE(this->files().canListDirectoryAtURL(this->path("file")));
+  EXPECT_FALSE(this->files().canListDirectoryAtURL(this->path("none")));
+}
+
 TYPED_TEST(FileManagerContract, anEnumerationVisitsHiddenFilesAndFoldersBeforeTheirContents) {
   ASSERT_TRUE(this->files().createDirectoryAtURL(this->path("folder")).ok());
   this->write("folder/.hidden", "x");

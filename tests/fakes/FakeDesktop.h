@@ -221,7 +221,11 @@ class FakeNotificationCenter final : public DistributedNotificationCenter {
   [[nodiscard]] Subscription addObserverForName(std::string_view name,
                                                 std::function<void(const NotificationUserInfo&)> block) override {
     log_.add("addObserver " + std::string(name));
-    return observers[std::string(name)].add(std::move(block));
+    auto observation = std::make_shared<Subscription>(observers[std::string(name)].add(std::move(block)));
+    return Subscription([this, observation, key = std::string(name)] {
+      log_.add("removeObserver " + key);
+      observation->cancel();
+    });
   }
   void post(const std::string& name, const NotificationUserInfo& userInfo) { observers[name].call(userInfo); }
   std::map<std::string, ObserverList<const NotificationUserInfo&>> observers;

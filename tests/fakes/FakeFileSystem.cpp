@@ -89,8 +89,7 @@ PlatformResult<std::vector<DirectoryEntry>> FakeFileSystem::contentsOfDirectoryA
   if (duringListing) {
     duringListing();
   }
-  const Node* folder = find(url);
-  if (folder == nullptr || !folder->isFolder || folder->isUnreadable || folder->isUnlistable) {
+  if (!canListDirectoryAtURL(url)) {
     return error("the folder cannot be listed");
   }
   std::vector<std::pair<std::uint64_t, DirectoryEntry>> found;
@@ -113,6 +112,11 @@ PlatformResult<std::vector<DirectoryEntry>> FakeFileSystem::contentsOfDirectoryA
     entries.push_back(std::move(entry));
   }
   return entries;
+}
+
+bool FakeFileSystem::canListDirectoryAtURL(const FileURL& url) const {
+  const Node* folder = find(url);
+  return folder != nullptr && folder->isFolder && !folder->isUnreadable && !folder->isUnlistable;
 }
 
 bool FakeFileSystem::enumerateAtURL(const FileURL& url,

@@ -44,6 +44,7 @@ class FakeFileSystem final : public FileManager, public FileContents {
   [[nodiscard]] PlatformResult<FileAttributes> attributesOfItemAtPath(const FileURL& url) const override;
   [[nodiscard]] PlatformResult<std::vector<DirectoryEntry>> contentsOfDirectoryAtURL(const FileURL& url,
                                                                                      HiddenFiles hidden) const override;
+  [[nodiscard]] bool canListDirectoryAtURL(const FileURL& url) const override;
   bool enumerateAtURL(const FileURL& url,
                       const std::function<void(const FileURL&, bool isDirectory)>& visit) const override;
   PlatformResult<Done> createDirectoryAtURL(const FileURL& url) override;

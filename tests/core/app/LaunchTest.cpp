@@ -53,6 +53,14 @@ TEST_F(Launch, theVersionAndTheTimeAreReportedBeforeTheLaunchIsAnnounced) {
   EXPECT_LT(report, platform.log.indexOf("track 0"));
 }
 
+TEST_F(Launch, theFirstRunIsReportedInBothHalvesOfTheLaunchBeforeTheWatcherStarts) {
+  launch();
+  const auto& all = platform.log.calls();
+  const auto announced = std::ranges::find(all, "track 0");
+  const auto watching = std::ranges::find(all, "FSEventStreamCreate /home/user/Desktop");
+  EXPECT_EQ(std::count(announced, watching, "writeAtomically /run/state.json"), 2);
+}
+
 TEST_F(Launch, theLaunchIsAnnouncedWithTheArgumentsAndTheVersion) {
   platform.bundle.info["CFBundleShortVersionString"] = "7.8.9";
   platform.process.argumentList = {"quenlio", "one", "two words"};
@@ -158,6 +166,16 @@ TEST_F(Launch, whatLiesInTheFolderAlreadyIsNoArrival) {
   launch();
   platform.time.advanceBy(10s);
   EXPECT_EQ(listed(), Names{});
+}
+
+TEST_F(Launch, aFileThatCameWithoutAWordWhileTheLaunchRanIsFoundByTheFirstLookAtTheFolder) {
+  app = platform.makeApp();
+  app->applicationDidFinishLaunching();
+  platform.files.write(std::string(kDesktop) + "/Screenshot 2026-11-15.png");
+  platform.time.advanceBy(Seconds(0.06));
+  EXPECT_EQ(listed().size(), 1U);
+  EXPECT_TRUE(isIslandUp());
+  EXPECT_EQ(platform.eventCount("screenshot_detected"), 1);
 }
 
 TEST_F(Launch, theIslandIsNotMadeBeforeItIsNeeded) {

@@ -277,8 +277,8 @@ TEST_F(RequestFile, thatIsThereAtTheLaunchIsTakenAtItsEnd) {
 
 TEST_F(RequestFile, isNeverTouchedOutsideADiagnosticsRun) {
   platform.configuration.isEnabled = false;
-  launch();
   request("/shots/a.png");
+  launch();
   const std::string events = eventText();
   platform.time.advanceBy(10s);
   EXPECT_EQ(platform.files.content(kRequestFile), "/shots/a.png");

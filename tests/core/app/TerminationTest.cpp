@@ -23,7 +23,8 @@ TEST_F(Termination, theWatcherStopsThenTheHotKeyGoesThenItsHandler) {
   platform.log.clear();
   app->applicationWillTerminate();
   EXPECT_EQ(calls(), (Names{"FSEventStreamStop /home/user/Desktop", "FSEventStreamInvalidate /home/user/Desktop",
-                            "FSEventStreamRelease /home/user/Desktop", "UnregisterEventHotKey", "RemoveEventHandler"}));
+                            "FSEventStreamRelease /home/user/Desktop", "UnregisterEventHotKey", "RemoveEventHandler",
+                            std::string("removeObserver ") + kIngestNotification}));
 }
 
 TEST_F(Termination, noTimerRemainsButTheLastTurnOfTheRequestPollWhichDoesNothing) {
@@ -53,7 +54,8 @@ TEST_F(Termination, afterABusyRunNothingGoesOnForEver) {
   ASSERT_EQ(listed().size(), 10U);
   ASSERT_TRUE(isIslandUp());
   terminate();
-  platform.time.advanceBy(40s);  // the island's own countdown
+  EXPECT_EQ(platform.time.pending(), 1U) << "the request poll's last turn, and nothing of the island's";
+  platform.time.advanceBy(500ms);
   EXPECT_EQ(platform.time.pending(), 0U);
 }
 

@@ -70,6 +70,14 @@ TEST_F(ActiveScreen, isTheFirstWhoseFrameHoldsThePointer) {
   EXPECT_EQ(displayAt({3199, 1079}), 2U);
 }
 
+TEST_F(ActiveScreen, ofScreensAboveOneAnotherTheEdgeBetweenBelongsToTheLowerOne) {
+  screens.list = {{{{0, 800}, {1280, 800}}, {{0, 800}, {1280, 800}}, 1},
+                  {{{0, 0}, {1280, 800}}, {{0, 0}, {1280, 800}}, 2}};
+  EXPECT_EQ(displayAt({100, 800}), 2U);
+  EXPECT_EQ(displayAt({100, 800.5}), 1U);
+  EXPECT_EQ(displayAt({100, 1600}), 1U);
+}
+
 TEST_F(ActiveScreen, countsTheWholeFrameWithTheDesktopsBars) {
   screens.list = {{{{0, 0}, {1280, 800}}, {{0, 30}, {1280, 770}}, 1},
                   {{{0, 800}, {1280, 800}}, {{0, 800}, {1280, 770}}, 2}};

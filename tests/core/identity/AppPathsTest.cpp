@@ -81,6 +81,7 @@ TEST_F(Paths, ofAFileInBothTheCurrentOneStaysAndTheLegacyOneStaysWhereItIs) {
   EXPECT_EQ(paths.appSupportDirectoryURL(), FileURL(kCurrent));
   EXPECT_EQ(files.content(kCurrent + "/pinned.json"), "new");
   EXPECT_EQ(files.content(kLegacy + "/pinned.json"), "old");
+  EXPECT_EQ(log.calls(), std::vector<std::string>{}) << "no copy is even tried";
 }
 
 TEST_F(Paths, whatIsMissingInTheCurrentFolderIsCopiedWithItsFolders) {

@@ -169,6 +169,16 @@ TEST_F(AutoDismiss, thePanelStaysWhileAnItemIsDraggedWhateverElseHappens) {
   expectStays();
 }
 
+TEST_F(AutoDismiss, thePanelStaysWhileItIsMovedWhateverElseHappens) {
+  openHidden();
+  show();
+  view().onWindowDrag({-10, 0}, false);
+  hover(true);
+  hover(false);
+  settings.islandDurationSeconds.set(2);
+  expectStays();
+}
+
 TEST_F(AutoDismiss, anyPinnedItemHoldsThePanelInEveryModeSelectedOrNot) {
   addItem("pinned.png", true);
   addItem("selected.png");

@@ -203,6 +203,7 @@ TEST_F(CloseButton, itEndsHoverAndDragsSoThatTheNextCountdownRuns) {
 
 TEST_F(CloseButton, theNextMoveOfThePanelStartsFromWhereItIsThen) {
   openShown();
+  view().onWindowDrag({-50, 0}, true);
   view().onWindowDrag({-100, 0}, false);
   view().onClose();
   platform.time.advanceBy(1s);
