@@ -36,8 +36,7 @@ class WeakOwner {
   // The same with a result: the fallback is the answer once the owner is gone.
   template <class Fallback, class Function>
   [[nodiscard]] auto bindOr(Fallback fallback, Function function) const {
-    return [box = box_, fallback = std::move(fallback),
-            function = std::move(function)](auto&&... args) -> Fallback {
+    return [box = box_, fallback = std::move(fallback), function = std::move(function)](auto&&... args) -> Fallback {
       if (box->owner == nullptr) {
         return fallback;
       }

@@ -23,8 +23,8 @@ struct QuenlioReleaseTestConfiguration {
   std::optional<FileURL> diagnosticsDirectory;
   bool enableInstallPrompt = false;
 
-  // Texts and folders are trimmed, and an empty one counts as unset. A switch is on for "1", "true", "yes" and "on" in any
-  // case. The values are independent of each other.
+  // Texts and folders are trimmed, and an empty one counts as unset. A switch is on for "1", "true", "yes" and "on" in
+  // any case. The values are independent of each other.
   [[nodiscard]] static QuenlioReleaseTestConfiguration fromEnvironment(const ProcessInfo& process);
 
   // The one of this process; the composition root binds it.

@@ -201,17 +201,22 @@ void IslandOverlayController::show(std::optional<DisplayID> preferredDisplayID) 
 void IslandOverlayController::hide(const HideMotion& motion) {
   autoDismiss_->disarm();
   if (!motion.animated || !panel_->isVisible()) {
-    panel_->orderOut();
-    panel_->setIgnoresMouseEvents(true);
+    orderOut();
     return;
   }
   const Rect<Screen> target = panel_->frame().moved(0, motion.shouldSlide ? -kExitSlide : 0);
   panel_->runAnimationGroup({.duration = motion.duration, .curve = kEaseIn, .alpha = 0, .frame = target},
                             weak_.bind([](IslandOverlayController& self) {
-                              self.panel_->orderOut();
-                              self.panel_->setIgnoresMouseEvents(true);
+                              self.orderOut();
                               self.panel_->setAlphaValue(1.0);
                             }));
+}
+
+// Going, the panel lets go of what the pointer holds, which arms the hiding once more.
+void IslandOverlayController::orderOut() {
+  panel_->orderOut();
+  panel_->setIgnoresMouseEvents(true);
+  autoDismiss_->disarm();
 }
 
 void IslandOverlayController::endDelayedWork() {

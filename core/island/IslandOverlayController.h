@@ -77,6 +77,7 @@ class IslandOverlayController {
   void sizeChanged(IslandSize size);
   void refreshFolderAccessState();
   void applyAppearanceStyle(bool animated);
+  void orderOut();
   void hideFromCloseButton();
   void makeKeyWithContentFirstResponder();
   void hoverChanged(bool hovering);

@@ -40,7 +40,8 @@ void ScreenshotStore::createStorageIfNeeded() {
   }
 }
 
-void ScreenshotStore::ingestScreenshot(const FileURL& url, std::optional<DisplayID> sourceDisplayID) {
+// The URL is taken by value here and below: it may be that of an item, which goes with the list's next change.
+void ScreenshotStore::ingestScreenshot(FileURL url, std::optional<DisplayID> sourceDisplayID) {
   if (!dependencies_.files.fileExistsAtPath(url) || !hasImageExtension(url)) {
     return;
   }
@@ -64,7 +65,7 @@ void ScreenshotStore::ingestScreenshot(const FileURL& url, std::optional<Display
   syncReleaseTestDiagnostics();
 }
 
-void ScreenshotStore::refreshEditedScreenshot(const FileURL& url) {
+void ScreenshotStore::refreshEditedScreenshot(FileURL url) {
   const auto& list = items.get();
   const auto found = std::ranges::find(list, url, &ScreenshotItem::fileURL);
   if (found == list.end() || !dependencies_.files.fileExistsAtPath(url)) {

@@ -49,9 +49,9 @@ class ScreenshotStore {
   std::optional<Uuid> selectionAnchorID;          // the fixed end of a range
 
   // Adds one file and selects it alone. A path that is listed already gets a new identity. Its thumbnail follows.
-  void ingestScreenshot(const FileURL& url, std::optional<DisplayID> sourceDisplayID);
+  void ingestScreenshot(FileURL url, std::optional<DisplayID> sourceDisplayID);
   // Brings an item up to date after the editor has rewritten its file.
-  void refreshEditedScreenshot(const FileURL& url);
+  void refreshEditedScreenshot(FileURL url);
   // Drops items whose file is gone, and every pin without an item.
   void removeMissingFiles();
 

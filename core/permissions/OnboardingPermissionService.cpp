@@ -6,8 +6,7 @@
 namespace quenlio {
 
 bool OnboardingPermissionService::isReadableFolder(const FileManager& files, const FileURL& folder) {
-  return files.isDirectory(folder) && files.isReadableFileAtPath(folder) &&
-         files.canListDirectoryAtURL(folder);
+  return files.isDirectory(folder) && files.isReadableFileAtPath(folder) && files.canListDirectoryAtURL(folder);
 }
 
 OnboardingPermissionState OnboardingPermissionService::probe() const {

@@ -10,8 +10,8 @@ using OSStatus = std::int32_t;
 inline constexpr OSStatus noErr = 0;
 inline constexpr OSStatus eventNotHandledErr = -9874;
 
-using EventHotKeyRef = std::uint32_t;      // 0 is none
-using EventHandlerRef = std::uint32_t;     // 0 is none
+using EventHotKeyRef = std::uint32_t;   // 0 is none
+using EventHandlerRef = std::uint32_t;  // 0 is none
 
 struct HotKeyID {
   std::uint32_t signature;  // a four-character code, big-endian
@@ -33,8 +33,7 @@ class HotKeys {
                                                      EventHotKeyRef& reference) = 0;
   virtual void UnregisterEventHotKey(EventHotKeyRef reference) = 0;
   // The handler is called for each press of a registered key.
-  [[nodiscard]] virtual OSStatus InstallEventHandler(std::function<OSStatus()> handler,
-                                                     EventHandlerRef& reference) = 0;
+  [[nodiscard]] virtual OSStatus InstallEventHandler(std::function<OSStatus()> handler, EventHandlerRef& reference) = 0;
   virtual void RemoveEventHandler(EventHandlerRef reference) = 0;
 };
 

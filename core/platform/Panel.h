@@ -23,7 +23,7 @@ inline constexpr ModifierFlags kModifierCommand = 0x100000;
 
 struct KeyEvent {
   ModifierFlags modifierFlags = 0;
-  std::uint16_t keyCode = 0;                                // a virtual key code: the physical key
+  std::uint16_t keyCode = 0;                               // a virtual key code: the physical key
   std::optional<std::string> charactersIgnoringModifiers;  // UTF-8
 };
 
@@ -37,8 +37,8 @@ inline constexpr TimingCurve kEaseIn{{0.42, 0.0, 1.0, 1.0}};
 struct PanelAnimation {
   Seconds duration;
   TimingCurve curve;
-  double alpha;         // 0 to 1, where it ends
-  Rect<Screen> frame;   // where it ends
+  double alpha;        // 0 to 1, where it ends
+  Rect<Screen> frame;  // where it ends
 };
 
 inline constexpr std::uint32_t kCollectionBehaviorIsland = 257;  // canJoinAllSpaces and fullScreenAuxiliary

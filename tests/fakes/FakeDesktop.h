@@ -1,5 +1,5 @@
-// The small parts of a desktop: screens, appearance, keys, dialogs, notifications. Each holds state that a test sets, and
-// tells the call log what it was asked to do.
+// The small parts of a desktop: screens, appearance, keys, dialogs, notifications. Each holds state that a test sets,
+// and tells the call log what it was asked to do.
 #pragma once
 
 #include <cstdint>
@@ -24,6 +24,7 @@
 #include "core/platform/ScreenCaptureAccess.h"
 #include "core/platform/Screens.h"
 #include "core/platform/SystemLog.h"
+
 #include "tests/fakes/CallLog.h"
 
 namespace quenlio {
@@ -150,9 +151,8 @@ class FakeAppearance final : public Appearance {
 class FakeEventMonitors final : public EventMonitors {
  public:
   [[nodiscard]] Subscription addLocalMonitorForKeyDown(std::function<bool(const KeyEvent&)> handler) override {
-    return monitors.add([this, handler = std::move(handler)](const KeyEvent& event) {
-      isSwallowed_ = handler(event) || isSwallowed_;
-    });
+    return monitors.add(
+        [this, handler = std::move(handler)](const KeyEvent& event) { isSwallowed_ = handler(event) || isSwallowed_; });
   }
   // Whether a monitor swallows the event.
   [[nodiscard]] bool press(const KeyEvent& event) {

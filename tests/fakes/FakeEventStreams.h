@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "core/platform/FSEventStream.h"
+
 #include "tests/fakes/CallLog.h"
 
 namespace quenlio {

@@ -8,6 +8,7 @@
 
 #include "core/platform/FileManager.h"
 #include "core/platform/Scheduler.h"
+
 #include "tests/fakes/CallLog.h"
 
 namespace quenlio {

@@ -83,14 +83,13 @@ void FakePanel::invalidateShadow() {
 void FakePanel::runAnimationGroup(const PanelAnimation& animation, std::function<void()> completion) {
   log_.add("runAnimationGroup to " + text(animation.frame));
   lastAnimation_ = animation;
-  animations_.push_back(
-      scheduler_.after(animation.duration, [this, animation, completion = std::move(completion)] {
-        alpha_ = animation.alpha;
-        frame_ = animation.frame;
-        if (completion) {
-          completion();
-        }
-      }));
+  animations_.push_back(scheduler_.after(animation.duration, [this, animation, completion = std::move(completion)] {
+    alpha_ = animation.alpha;
+    frame_ = animation.frame;
+    if (completion) {
+      completion();
+    }
+  }));
 }
 
 std::optional<ScreenInfo> FakePanel::screen() const {
@@ -98,8 +97,8 @@ std::optional<ScreenInfo> FakePanel::screen() const {
     return screenOverride;
   }
   const auto screens = screens_.screens();
-  const auto most = std::ranges::max_element(
-      screens, {}, [&](const ScreenInfo& screen) { return overlap(screen.frame, frame_); });
+  const auto most =
+      std::ranges::max_element(screens, {}, [&](const ScreenInfo& screen) { return overlap(screen.frame, frame_); });
   return most != screens.end() && overlap(most->frame, frame_) > 0 ? std::optional(*most) : std::nullopt;
 }
 

@@ -1,5 +1,5 @@
-// The island's panel without a window: it keeps its frame, alpha and key state, animates on the scheduler, and tells the
-// call log each call under the platform's name.
+// The island's panel without a window: it keeps its frame, alpha and key state, animates on the scheduler, and tells
+// the call log each call under the platform's name.
 #pragma once
 
 #include <functional>
@@ -10,6 +10,7 @@
 #include "core/island/IslandOverlayRootViewModel.h"
 #include "core/island/IslandShell.h"
 #include "core/platform/Scheduler.h"
+
 #include "tests/fakes/CallLog.h"
 
 namespace quenlio {

@@ -10,6 +10,7 @@
 #include "core/platform/Bookmarks.h"
 #include "core/platform/Preferences.h"
 #include "core/platform/UserDefaults.h"
+
 #include "tests/fakes/CallLog.h"
 
 namespace quenlio {

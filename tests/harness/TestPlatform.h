@@ -12,6 +12,7 @@
 #include "core/diagnostics/QuenlioReleaseTestConfiguration.h"
 #include "core/editor/ScreenshotEditorManager.h"
 #include "core/platform/Platform.h"
+
 #include "tests/fakes/FakeDesktop.h"
 #include "tests/fakes/FakeEventStreams.h"
 #include "tests/fakes/FakeFileSystem.h"

@@ -238,6 +238,31 @@ TEST_F(AutoDismiss, theRuleIsAskedAgainWhenTheDelayHasRunOut) {
   EXPECT_TRUE(panel().isVisible());
 }
 
+TEST_F(AutoDismiss, aHideThatComesDueWhileAScreenshotIsDraggedOutDoesNothing) {
+  openHidden();
+  show();
+  const IslandSettings announced{true, IslandSize::extraSmall, IslandDurationMode::timed, 30};
+  IslandOverlayPresentationState state;
+  int hides = 0;
+  IslandAutoDismiss autoDismiss({.announced = announced,
+                                 .settings = settings,
+                                 .store = store,
+                                 .presentationState = state,
+                                 .panel = panel(),
+                                 .scheduler = platform.time,
+                                 .clock = platform.time,
+                                 .hide = [&] { ++hides; }});
+  autoDismiss.scheduleHideIfNeeded();
+  autoDismiss.isItemDragging = true;  // nobody has told it to disarm
+  platform.time.advanceBy(30s);
+  EXPECT_EQ(hides, 0);
+
+  autoDismiss.isItemDragging = false;
+  autoDismiss.scheduleHideIfNeeded();
+  platform.time.advanceBy(30s);
+  EXPECT_EQ(hides, 1);
+}
+
 class DismissRing : public AutoDismiss {};
 
 TEST_F(DismissRing, fallsFromOneToZeroOverTheDelayWithOneValueEvery33Milliseconds) {
