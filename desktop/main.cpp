@@ -4,12 +4,12 @@
 #include <cstdlib>
 #include <malloc.h>
 #include <memory>
-#include <xcb/xcb.h>
 
 #include "core/app/AppDelegate.h"
 #include "core/editor/ScreenshotEditorManager.h"
 
 #include "desktop/LinuxPlatform.h"
+#include "desktop/linux/session/DisplayChoice.h"
 #include "desktop/linux/session/SingleInstance.h"
 #include "desktop/linux/session/TerminationSignals.h"
 #include "desktop/render/QtImage.h"
@@ -24,19 +24,6 @@ void keepMemorySmall() {
   mallopt(M_MMAP_THRESHOLD, 256 * 1024);
   mallopt(M_TRIM_THRESHOLD, 256 * 1024);
   mallopt(M_ARENA_MAX, 2);
-}
-
-// Where both are there, X11 (or XWayland) is the desktop that this shell speaks to.
-bool reachesDisplay() {
-  if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
-    qputenv("QT_QPA_PLATFORM", "xcb");
-  }
-  if (qgetenv("QT_QPA_PLATFORM") != "xcb") {
-    return true;
-  }
-  const std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> probe(xcb_connect(nullptr, nullptr),
-                                                                           &xcb_disconnect);
-  return xcb_connection_has_error(probe.get()) == 0;
 }
 
 // Pictures for the preview where it shows more pixels than a thumbnail has.
@@ -75,11 +62,12 @@ int run(QApplication& application, const LinuxProcessInfo& process, const LinuxM
                    .editors = editors,
                    .makeUpdater = [] { return std::make_unique<NoUpdater>(); }},
                   configuration);
-  const TerminationSignals signals([] { QCoreApplication::quit(); });
-  instance.setOnShow([&app] { app.openIslandToolFromMenu(); });
+  const TerminationSignals signals([&linux_] { linux_.platform().application.terminate(); });
   QObject::connect(&application, &QCoreApplication::aboutToQuit, &application,
                    [&app] { app.applicationWillTerminate(); });
   app.applicationDidFinishLaunching();
+  // Not before: a second start that came meanwhile is answered at once, by an application that has launched.
+  instance.setOnShow([&app] { app.openIslandToolFromMenu(); });
   return QApplication::exec();
 }
 
@@ -92,7 +80,7 @@ int main(int argc, char** argv) {
   std::signal(SIGPIPE, SIG_IGN);
   const LinuxProcessInfo process({argv, argv + argc});
   const LinuxMainBundle bundle(LinuxMainBundle::executableURL());
-  if (!reachesDisplay()) {
+  if (!chooseDisplay()) {
     LinuxSystemLog().NSLog("There is no X display to show the island on.");
     return EXIT_FAILURE;
   }

@@ -14,7 +14,8 @@ namespace quenlio {
 
 using SteadyClock = std::chrono::steady_clock;
 
-// Every timer that is armed, and the one toolkit timer that wakes for the most urgent.
+// Every timer that is armed, and the one toolkit timer that wakes for the most urgent. A task may run an event loop of
+// its own: the other timers go on firing in it, its own does not until the task is done.
 class MainQueue::Timers {
  public:
   Timers() {
@@ -26,8 +27,8 @@ class MainQueue::Timers {
   std::uint64_t add(SteadyClock::duration delay, SteadyClock::duration tolerance, bool repeats, Task task) {
     const std::uint64_t id = ++lastID_;
     const Task shared = std::move(task);
-    timers_.emplace(
-        id, Timer{SteadyClock::now() + delay, tolerance, repeats ? delay : SteadyClock::duration::zero(), shared});
+    timers_.emplace(id, Timer{SteadyClock::now() + delay, tolerance, repeats ? delay : SteadyClock::duration::zero(),
+                              shared, false});
     rearm();
     return id;
   }
@@ -44,38 +45,55 @@ class MainQueue::Timers {
     SteadyClock::duration tolerance;
     SteadyClock::duration interval;  // zero for a one-shot
     Task task;
+    bool isFiring;
   };
+  using Entry = std::pair<const std::uint64_t, Timer>;
+
+  static SteadyClock::time_point earliest(const Entry& timer) {
+    return timer.second.isFiring ? SteadyClock::time_point::max() : timer.second.due;
+  }
+  static SteadyClock::time_point latest(const Entry& timer) {
+    return timer.second.isFiring ? SteadyClock::time_point::max() : timer.second.due + timer.second.tolerance;
+  }
 
   void rearm() {
-    if (timers_.empty()) {
+    const auto urgent = std::ranges::min_element(timers_, {}, latest);
+    if (urgent == timers_.end() || urgent->second.isFiring) {
       wake_.stop();
       return;
     }
-    const auto urgent = std::ranges::min_element(
-        timers_, {}, [](const auto& timer) { return timer.second.due + timer.second.tolerance; });
-    const auto wait = urgent->second.due + urgent->second.tolerance - SteadyClock::now();
+    const auto wait = latest(*urgent) - SteadyClock::now();
     wake_.start(std::max(std::chrono::ceil<std::chrono::milliseconds>(wait), std::chrono::milliseconds::zero()));
   }
 
   // The timer that is due first of those that are due by now, in the order of arming.
   [[nodiscard]] auto nextDue(SteadyClock::time_point now) {
-    auto next = std::ranges::min_element(timers_, {}, [](const auto& timer) { return timer.second.due; });
-    return next != timers_.end() && next->second.due <= now ? next : timers_.end();
+    auto next = std::ranges::min_element(timers_, {}, earliest);
+    return next != timers_.end() && earliest(*next) <= now ? next : timers_.end();
   }
 
   void fireDue() {
     const auto now = SteadyClock::now();
     for (auto timer = nextDue(now); timer != timers_.end(); timer = nextDue(now)) {
-      const Task task = timer->second.task;  // a copy: the task may let go of its own timer
-      if (timer->second.interval == SteadyClock::duration::zero()) {
-        timers_.erase(timer);
-      } else {
-        // Firings that were missed are not made up for.
-        timer->second.due = std::max(timer->second.due + timer->second.interval, now + SteadyClock::duration(1));
-      }
-      task();
+      fire(timer->first, timer->second, now);
     }
     rearm();
+  }
+
+  void fire(std::uint64_t id, Timer& timer, SteadyClock::time_point now) {
+    const Task task = timer.task;  // a copy: the task may let go of its own timer
+    if (timer.interval == SteadyClock::duration::zero()) {
+      timers_.erase(id);
+    } else {
+      // Firings that were missed are not made up for.
+      timer.due = std::max(timer.due + timer.interval, now + SteadyClock::duration(1));
+      timer.isFiring = true;
+    }
+    rearm();  // for the others, in an event loop that the task may run
+    task();
+    if (const auto fired = timers_.find(id); fired != timers_.end()) {
+      fired->second.isFiring = false;
+    }
   }
 
   std::map<std::uint64_t, Timer> timers_;
@@ -108,17 +126,32 @@ void MainQueue::post(Task task) {
   }
 }
 
-// Runs what stood in the queue at the start; what those tasks post waits for the next turn, after pending events.
-void MainQueue::runPosted() {
-  std::uint64_t count = 0;
-  [[maybe_unused]] const auto got = read(wakeUp_.fd, &count, sizeof count);
-  std::deque<Task> tasks;
-  {
-    const std::scoped_lock lock(mutex_);
-    tasks.swap(posted_);
+std::size_t MainQueue::postedCount() {
+  const std::scoped_lock lock(mutex_);
+  return posted_.size();
+}
+
+std::optional<Task> MainQueue::takePosted() {
+  const std::scoped_lock lock(mutex_);
+  if (posted_.empty()) {
+    return std::nullopt;
   }
-  for (auto& task : tasks) {
-    std::exchange(task, nullptr)();
+  Task task = std::move(posted_.front());
+  posted_.pop_front();
+  if (posted_.empty()) {
+    std::uint64_t count = 0;
+    [[maybe_unused]] const auto got = read(wakeUp_.fd, &count, sizeof count);
+  }
+  return task;
+}
+
+// Runs as many as stood in the queue at the start; what those tasks post waits for the next turn, after pending events.
+// Each is taken only when its turn has come: a task may run an event loop of its own, and there the rest goes on.
+void MainQueue::runPosted() {
+  for (std::size_t left = postedCount(); left > 0; --left) {
+    if (const auto task = takePosted()) {
+      (*task)();
+    }
   }
 }
 
@@ -142,8 +175,8 @@ ScheduledTask MainQueue::every(Seconds interval, Seconds tolerance, Task task) {
   });
 }
 
-void MainQueue::detached(QualityOfService, Task task) {
-  workers_.run(std::move(task));
+void MainQueue::detached(QualityOfService priority, Task task) {
+  workers_.run(priority, std::move(task));
 }
 
 std::unique_ptr<SerialQueue> MainQueue::makeSerialQueue(std::string label, QualityOfService) {

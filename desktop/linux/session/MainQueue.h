@@ -11,6 +11,7 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <optional>
 
 #include "core/platform/Scheduler.h"
 
@@ -36,6 +37,9 @@ class MainQueue final : public Scheduler {
   class Timers;
 
   void runPosted();
+  [[nodiscard]] std::size_t postedCount();
+  // The one that was posted first of those that wait.
+  [[nodiscard]] std::optional<Task> takePosted();
 
   std::mutex mutex_;
   std::deque<Task> posted_;  // guarded by mutex_
@@ -46,7 +50,7 @@ class MainQueue final : public Scheduler {
     ~EventDescriptor();
     int fd;
   };
-  EventDescriptor wakeUp_;  // readable while tasks are posted
+  EventDescriptor wakeUp_;  // readable exactly while tasks wait; written and read under mutex_
   QSocketNotifier notifier_;
   std::shared_ptr<Timers> timers_;  // shared with the handles, which may outlive this
   WorkerPool workers_;

@@ -6,20 +6,42 @@
 namespace quenlio {
 namespace {
 
-QString mimeTypeOf(ContentType type) {
+struct TypeFilter {
+  const char* name;
+  const char* patterns;
+};
+
+TypeFilter filterOf(ContentType type) {
   switch (type) {
     case ContentType::png:
-      return QStringLiteral("image/png");
+      return {"PNG", "*.png"};
     case ContentType::jpeg:
-      return QStringLiteral("image/jpeg");
+      return {"JPEG", "*.jpg *.jpeg"};
     case ContentType::heic:
-      return QStringLiteral("image/heif");
+      return {"HEIC", "*.heic"};
     case ContentType::tiff:
-      return QStringLiteral("image/tiff");
+      return {"TIFF", "*.tiff"};
     case ContentType::pdf:
-      return QStringLiteral("application/pdf");
+      return {"PDF", "*.pdf"};
   }
   return {};
+}
+
+QString nameFilter(const QString& name, const QString& patterns) {
+  return QStringLiteral("%1 (%2)").arg(name, patterns);
+}
+
+// All types together first, since a dialog starts with the first filter; then each alone.
+QStringList nameFilters(const std::vector<ContentType>& types) {
+  QStringList single;
+  QStringList patterns;
+  for (const ContentType type : types) {
+    const TypeFilter filter = filterOf(type);
+    patterns << QString::fromLatin1(filter.patterns);
+    single << nameFilter(QString::fromLatin1(filter.name), patterns.back());
+  }
+  return types.size() < 2 ? single
+                          : QStringList(nameFilter(QStringLiteral("Supported Files"), patterns.join(' '))) + single;
 }
 
 void setUp(QFileDialog& dialog, const OpenPanelRequest& request) {
@@ -36,11 +58,7 @@ void setUp(QFileDialog& dialog, const OpenPanelRequest& request) {
     dialog.setFileMode(request.allowsMultipleSelection ? QFileDialog::ExistingFiles : QFileDialog::ExistingFile);
   }
   if (!request.allowedContentTypes.empty()) {
-    QStringList types;
-    for (const ContentType type : request.allowedContentTypes) {
-      types << mimeTypeOf(type);
-    }
-    dialog.setMimeTypeFilters(types);
+    dialog.setNameFilters(nameFilters(request.allowedContentTypes));
   }
   if (request.directoryURL) {
     dialog.setDirectory(QFile::decodeName(QByteArray::fromStdString(request.directoryURL->path())));

@@ -19,6 +19,7 @@ class QtScreens final : public Screens {
   [[nodiscard]] std::vector<ScreenInfo> screens() const override;
   // The primary screen.
   [[nodiscard]] std::optional<ScreenInfo> mainScreen() const override;
+  // The centre of the pixel that the pointer is on.
   [[nodiscard]] Point<Screen> mouseLocation() const override;
 
   [[nodiscard]] static ScreenInfo infoFor(const QScreen& screen);

@@ -25,8 +25,7 @@ Rect<Screen> ScreenGeometry::fromQt(const QRect& rect) const {
 }
 
 Point<Screen> ScreenGeometry::fromQt(const QPoint& point) const {
-  // The pixel's own row: a point at the very top of the screen is inside the screen's half-open rectangle.
-  return {static_cast<double>(point.x()), primaryHeight_ - 1 - point.y()};
+  return {point.x() + 0.5, primaryHeight_ - point.y() - 0.5};
 }
 
 QRect ScreenGeometry::toQt(const Rect<Screen>& rect) const {

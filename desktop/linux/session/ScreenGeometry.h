@@ -17,6 +17,8 @@ class ScreenGeometry {
   [[nodiscard]] static ScreenGeometry current();
 
   [[nodiscard]] Rect<Screen> fromQt(const QRect& rect) const;
+  // The centre of the pixel: no edge of a rectangle of whole points runs through it, so that whether the pixel is
+  // inside does not depend on which edges count.
   [[nodiscard]] Point<Screen> fromQt(const QPoint& point) const;
   // To whole points; origin and size are rounded apart, so that a size never flickers while a rectangle moves.
   [[nodiscard]] QRect toQt(const Rect<Screen>& rect) const;

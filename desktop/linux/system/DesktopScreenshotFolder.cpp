@@ -26,6 +26,10 @@ constexpr std::array<StoreKey, 4> kStoreKeys{{{"gnome", "org.gnome.gnome-screens
                                               {"x-cinnamon", "org.cinnamon.screenshot", "save-directory"},
                                               {"pantheon", "io.elementary.screenshot", "folder-dir"}}};
 
+// Desktops, and compositors without one, whose tools put screenshots right into the user's pictures.
+constexpr std::array<std::string_view, 10> kUsePictures{"mate",    "x-cinnamon", "xfce",  "pantheon", "sway",
+                                                        "wlroots", "hyprland",   "river", "labwc",    "wayfire"};
+
 // How the desktops that make the folder by themselves call it.
 struct TranslatedName {
   std::string_view locale;
@@ -126,9 +130,7 @@ std::optional<FileURL> DesktopScreenshotFolder::current() {
 }
 
 FileURL DesktopScreenshotFolder::settingsFolder() const {
-  const auto configured = process_.environment("XDG_CONFIG_HOME");
-  const bool isUsable = configured && configured->starts_with('/');
-  return isUsable ? FileURL(*configured) : directories_.homeDirectory().appending(".config");
+  return settingsDirectory(process_, directories_.homeDirectory());
 }
 
 // The names of desktops stand one after the other, the most special one first: "ubuntu:GNOME".
@@ -165,15 +167,9 @@ std::optional<FileURL> DesktopScreenshotFolder::configured() {
 }
 
 std::optional<FileURL> DesktopScreenshotFolder::fromStore(std::string_view schema, std::string_view key) {
-  const auto stamp = stampOfFile(settingsFolder().appending("dconf").appending("user"));
-  if (!isStoreRead_ || stamp != storeStamp_) {
-    isStoreRead_ = true;
-    storeStamp_ = stamp;  // as it was before the reading: a change meanwhile is seen at the next call
-    const auto printed = gsettings_(schema, key);
-    const auto value = printed ? stringOfVariant(*printed) : std::nullopt;
-    storeAnswer_ = value ? folderOfSetting(*value, directories_.homeDirectory()) : std::nullopt;
-  }
-  return storeAnswer_;
+  const auto printed = store_.get(schema, key, stampOfFile(settingsFolder().appending("dconf").appending("user")));
+  const auto value = printed ? stringOfVariant(*printed) : std::nullopt;
+  return value ? folderOfSetting(*value, directories_.homeDirectory()) : std::nullopt;
 }
 
 std::optional<FileURL> DesktopScreenshotFolder::fromEnvironment() {
@@ -201,7 +197,8 @@ std::optional<FileURL> DesktopScreenshotFolder::byDefault() {
     }
   }
   if (!isDesktop("gnome") && !isDesktop("kde")) {
-    return std::nullopt;
+    const bool usesPictures = std::ranges::any_of(kUsePictures, [this](auto name) { return isDesktop(name); });
+    return usesPictures && isFolder(parent) ? std::optional(parent) : std::nullopt;
   }
   FileURL folder = parent.appending(translated);
   std::error_code error;

@@ -1,6 +1,7 @@
 // The folder into which this desktop's own tools put screenshots. Main thread; cheap enough to be asked every few
 // seconds of an idle program: files are read again only when they have changed, and a program is started only when the
-// desktop's settings store has.
+// desktop's settings store has. Only the first question may wait for that program, since the launch needs its answer;
+// after a change the old answer holds until the new one is there.
 #pragma once
 
 #include <functional>
@@ -15,6 +16,7 @@
 
 #include "desktop/linux/system/GSettings.h"
 #include "desktop/linux/system/RegularFile.h"
+#include "desktop/linux/system/SettingsStoreAnswer.h"
 
 namespace quenlio {
 
@@ -22,11 +24,12 @@ class DesktopScreenshotFolder {
  public:
   // Both outlive this object.
   DesktopScreenshotFolder(const ProcessInfo& process, const StandardDirectories& directories, GSettingsGet gsettings)
-      : process_(process), directories_(directories), gsettings_(std::move(gsettings)) {}
+      : process_(process), directories_(directories), store_(std::move(gsettings)) {}
 
-  // In this order: what the desktop in use is set to, what the environment says, the desktop's default. A default that
-  // the desktop's tool would make at the first capture is made now, or that capture would be missed. A path or nothing;
-  // whether anything is there is not asked for what has been set.
+  // In this order: what the desktop in use is set to, what the environment says, the desktop's default. A folder kept
+  // for screenshots that the desktop's tool would make at the first capture is made now, or that capture would be
+  // missed; the user's pictures, where other desktops' tools put theirs, are never made. A path or nothing; whether
+  // anything is there is not asked for what has been set.
   [[nodiscard]] std::optional<FileURL> current();
 
  private:
@@ -48,12 +51,8 @@ class DesktopScreenshotFolder {
 
   const ProcessInfo& process_;
   const StandardDirectories& directories_;
-  GSettingsGet gsettings_;
   std::map<FileURL, ReadFile> files_;
-  // The answer of the settings store, and the state of its file when it gave it.
-  bool isStoreRead_ = false;
-  std::optional<FileStamp> storeStamp_;
-  std::optional<FileURL> storeAnswer_;
+  SettingsStoreAnswer store_;
 };
 
 // The value of the key in the group of a settings file in the form of desktop entries. Brackets behind the key (a

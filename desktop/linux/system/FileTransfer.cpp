@@ -103,11 +103,16 @@ int copyEverything(const std::string& from, int source, int destination) {
   return resultOf(::futimens(destination, times.data()));
 }
 
-int moveLinkAcross(const std::string& from, const std::string& to) {
+// Wherever it leads, if anywhere.
+int copyLink(const std::string& from, const std::string& to) {
   std::array<char, PATH_MAX> target{};
   const ssize_t length = ::readlink(from.c_str(), target.data(), target.size() - 1);
-  if (length < 0 || ::symlink(target.data(), to.c_str()) != 0) {  // making a link never replaces
-    return errno;
+  return length < 0 ? errno : resultOf(::symlink(target.data(), to.c_str()));  // making a link never replaces
+}
+
+int moveLinkAcross(const std::string& from, const std::string& to) {
+  if (const int error = copyLink(from, to); error != 0) {
+    return error;
   }
   if (const int error = resultOf(::unlink(from.c_str())); error != 0) {
     (void)::unlink(to.c_str());
@@ -228,6 +233,15 @@ int copyFile(const FileURL& from, const FileURL& to, OwnFiles& own, Durability d
     (void)::unlink(hidden.c_str());
   }
   return error;
+}
+
+int copyFileOrLink(const FileURL& from, const FileURL& to, OwnFiles& own) {
+  struct stat status {};
+  if (::lstat(from.path().c_str(), &status) != 0) {
+    return errno;
+  }
+  return S_ISLNK(status.st_mode) ? copyLink(from.path(), to.path())
+                                 : copyFile(from, to, own, Durability::whenTheSystemLikes);
 }
 
 int moveAcrossFileSystems(const FileURL& from, const FileURL& to, OwnFiles& own) {

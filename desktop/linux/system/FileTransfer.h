@@ -44,6 +44,9 @@ enum class Durability { whenTheSystemLikes, onDisk };
 // name in the destination's folder, noted as our own, and only then given its name. Links are followed.
 [[nodiscard]] int copyFile(const FileURL& from, const FileURL& to, OwnFiles& own, Durability durability);
 
+// The same for a copy that the user asks for: of a link, another link that leads to the same place is made.
+[[nodiscard]] int copyFileOrLink(const FileURL& from, const FileURL& to, OwnFiles& own);
+
 // Moves a file or a link to another file system: copied whole, onto the disk, before the source goes.
 [[nodiscard]] int moveAcrossFileSystems(const FileURL& from, const FileURL& to, OwnFiles& own);
 

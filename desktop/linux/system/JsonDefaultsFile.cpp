@@ -18,8 +18,10 @@ namespace {
 // Settings may be private, so nobody else reads them.
 constexpr mode_t kOwnerOnly = S_IRUSR | S_IWUSR;
 
-// A change holds the lock for a few milliseconds. A process that was stopped while it held it must not stop us too.
-constexpr std::chrono::milliseconds kPatience(2000);
+// A change holds the lock for a few milliseconds. A process that was stopped while it held it must not stop us too: the
+// main thread waits for it once, and not again before the pause is over.
+constexpr std::chrono::milliseconds kPatience(200);
+constexpr std::chrono::seconds kPause(5);
 
 void makeFolder(const FileURL& folder) {
   std::error_code ignored;
@@ -138,15 +140,21 @@ bool JsonDefaultsFile::putAside() {
   return false;
 }
 
-// Waits while another process holds it. Nothing when it cannot be had.
-UniqueFd JsonDefaultsFile::locked() const {
+// Waits a little while another process holds it. Nothing when it cannot be had.
+UniqueFd JsonDefaultsFile::locked() {
   UniqueFd lock(::open(lock_.path().c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, kOwnerOnly));
-  const auto deadline = std::chrono::steady_clock::now() + kPatience;
+  const auto start = std::chrono::steady_clock::now();
   while (lock && ::flock(lock.get(), LOCK_EX | LOCK_NB) != 0) {
-    if ((errno != EWOULDBLOCK && errno != EINTR) || std::chrono::steady_clock::now() > deadline) {
+    const auto now = std::chrono::steady_clock::now();
+    if ((errno != EWOULDBLOCK && errno != EINTR) || now < nextWait_) {
       return {};
     }
-    std::this_thread::sleep_for(std::chrono::microseconds(500));
+    if (now - start > kPatience) {
+      nextWait_ = now + kPause;
+      return {};
+    }
+    // Looks often: a process that writes again and again leaves the lock free for moments only.
+    std::this_thread::sleep_for(std::chrono::microseconds(20));
   }
   return lock;
 }

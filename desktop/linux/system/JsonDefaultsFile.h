@@ -5,9 +5,11 @@
 // times a second on the main thread, and a power cut costs the newest changes at worst.
 //
 // Changes are made under a lock (flock on NAME.lock) on what the file holds at that moment, so that two processes do
-// not lose each other's keys. Readers need no lock.
+// not lose each other's keys. Readers need no lock. Where another process keeps the lock, a change waits for it a fifth
+// of a second at most; once that was in vain, changes fail at once for some seconds.
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <optional>
 #include <string>
@@ -46,7 +48,7 @@ class JsonDefaultsFile {
   void refreshAndPutDamagedAside();
   void read();
   bool putAside();
-  [[nodiscard]] UniqueFd locked() const;
+  [[nodiscard]] UniqueFd locked();
   bool replace(const json::Value& entries);
 
   FileURL folder_;
@@ -57,6 +59,7 @@ class JsonDefaultsFile {
   // The file that was read last. It stays open so that its inode number cannot be given to a newer file.
   UniqueFd held_;
   std::optional<FileStamp> stamp_;
+  std::chrono::steady_clock::time_point nextWait_{};  // for the lock; not before this
 };
 
 }  // namespace quenlio

@@ -3,6 +3,7 @@
 #include <cassert>
 
 #include "desktop/linux/system/JsonDefaultsCoding.h"
+#include "desktop/linux/system/LinuxStandardDirectories.h"
 
 namespace quenlio {
 namespace {
@@ -14,6 +15,12 @@ bool isFileName(std::string_view name) {
 }
 
 }  // namespace
+
+JsonUserDefaults::~JsonUserDefaults() {
+  if (!unwritten_.empty()) {
+    writeChanges();
+  }
+}
 
 std::optional<DefaultsObject> JsonUserDefaults::objectForKey(std::string_view key) const {
   if (const auto waiting = unwritten_.find(key); waiting != unwritten_.end()) {
@@ -50,6 +57,10 @@ std::map<std::string, DefaultsObject> JsonUserDefaults::dictionaryRepresentation
 
 void JsonUserDefaults::change(std::string_view key, std::optional<json::Value> entry) {
   unwritten_[std::string(key)] = std::move(entry);
+  writeChanges();
+}
+
+void JsonUserDefaults::writeChanges() {
   const bool isWritten = file_.update([this](json::Value& entries) {
     for (const auto& [changedKey, changed] : unwritten_) {
       if (changed) {
@@ -81,10 +92,7 @@ UserDefaults* JsonUserDefaultsSuites::initWithSuiteName(std::string_view name) {
 }
 
 FileURL userDefaultsFolder(const ProcessInfo& process, const StandardDirectories& directories) {
-  const auto configured = process.environment("XDG_CONFIG_HOME");
-  const bool isUsable = configured && configured->starts_with('/');
-  const FileURL settings = isUsable ? FileURL(*configured) : directories.homeDirectory().appending(".config");
-  return settings.appending("quenlio");
+  return settingsDirectory(process, directories.homeDirectory()).appending("quenlio");
 }
 
 }  // namespace quenlio

@@ -1,7 +1,7 @@
 // The user's settings in files: one a suite, NAME.json in one folder. Main thread.
 //
 // What another process writes is seen at the next look. Where nothing can be written, values live on in memory for this
-// run and are written with the next change that succeeds.
+// run and are written with the next change that succeeds, or at the end.
 #pragma once
 
 #include <functional>
@@ -22,6 +22,9 @@ namespace quenlio {
 class JsonUserDefaults final : public UserDefaults {
  public:
   JsonUserDefaults(FileURL folder, std::string_view name) : file_(std::move(folder), name) {}
+  JsonUserDefaults(const JsonUserDefaults&) = delete;
+  JsonUserDefaults& operator=(const JsonUserDefaults&) = delete;
+  ~JsonUserDefaults() override;
 
   // An entry of the file with an unknown type or form is not told, and stays in the file.
   [[nodiscard]] std::optional<DefaultsObject> objectForKey(std::string_view key) const override;
@@ -32,6 +35,7 @@ class JsonUserDefaults final : public UserDefaults {
 
  private:
   void change(std::string_view key, std::optional<json::Value> entry);
+  void writeChanges();
 
   mutable JsonDefaultsFile file_;  // a look may find that the file has changed
   // What could not be written: an entry, or nothing for a key to be removed.
@@ -56,7 +60,7 @@ class JsonUserDefaultsSuites final : public UserDefaultsSuites {
 
 inline constexpr std::string_view kStandardSuiteName = "com.quenlio.app";
 
-// Where this user's settings are: quenlio in $XDG_CONFIG_HOME, else in .config in the home folder.
+// Where this program's settings are: quenlio among the user's settings.
 [[nodiscard]] FileURL userDefaultsFolder(const ProcessInfo& process, const StandardDirectories& directories);
 
 }  // namespace quenlio

@@ -1,14 +1,12 @@
 #include "desktop/linux/system/LinuxFileManager.h"
 
-#include <algorithm>
-#include <array>
 #include <cerrno>
 #include <fcntl.h>
 #include <filesystem>
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
 
-#include "core/base/Text.h"
+#include "core/base/ImageExtensions.h"
 
 #include "desktop/linux/system/FileError.h"
 #include "desktop/linux/system/FileTransfer.h"
@@ -30,12 +28,6 @@ FileStamp stampOf(const struct statx& status) {
           .size = static_cast<std::int64_t>(status.stx_size),
           .modified = date(status.stx_mtime),
           .changed = date(status.stx_ctime)};
-}
-
-// Pictures and documents of the kinds that screenshots come in: all else is of no interest to the watcher.
-bool needsToBeFinished(const FileURL& url) {
-  static constexpr std::array<std::string_view, 6> kExtensions{"png", "jpg", "jpeg", "heic", "tiff", "pdf"};
-  return std::ranges::find(kExtensions, lowercased(url.pathExtension())) != kExtensions.end();
 }
 
 bool isDirectoryItself(const std::string& path, const dirent& entry) {
@@ -120,6 +112,12 @@ PlatformResult<std::vector<DirectoryEntry>> LinuxFileManager::contentsOfDirector
   return entries;
 }
 
+// The first entry tells: a folder that can be opened and not read fails there.
+bool LinuxFileManager::canListDirectoryAtURL(const FileURL& url) const {
+  const OpenDirectory directory(::opendir(url.path().c_str()));
+  return directory != nullptr && (nextEntry(directory) != nullptr || errno == 0);
+}
+
 void LinuxFileManager::fillIn(DirectoryEntry& entry, int folder, const char* name, Date now) const {
   struct statx status {};
   if (::statx(folder, name, AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT, STATX_BASIC_STATS | STATX_BTIME, &status) != 0) {
@@ -136,7 +134,8 @@ void LinuxFileManager::fillIn(DirectoryEntry& entry, int folder, const char* nam
     entry.creationDate = file->creationDate;
     return;
   }
-  if (needsToBeFinished(entry.url)) {
+  // The watcher takes pictures alone; all else need not be finished.
+  if (hasImageExtension(std::string_view(name))) {
     const FinishedState state = finishedState(folder, name, now);
     // Another state than the one whose values are at hand is judged at the next listing.
     if (!state.isFinished() || state.stamp != stamp) {
@@ -188,7 +187,7 @@ PlatformResult<Done> LinuxFileManager::moveItemAtURL(const FileURL& from, const 
 }
 
 PlatformResult<Done> LinuxFileManager::copyItemAtURL(const FileURL& from, const FileURL& to) {
-  return answer(from, "could not be copied", copyFile(from, to, own_, Durability::whenTheSystemLikes));
+  return answer(from, "could not be copied", copyFileOrLink(from, to, own_));
 }
 
 PlatformResult<Done> LinuxFileManager::removeItemAtURL(const FileURL& url) {

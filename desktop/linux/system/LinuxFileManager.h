@@ -30,11 +30,13 @@ class LinuxFileManager final : public FileManager {
   // A link is listed as what it is, no regular file, wherever it leads.
   [[nodiscard]] PlatformResult<std::vector<DirectoryEntry>> contentsOfDirectoryAtURL(const FileURL& url,
                                                                                      HiddenFiles hidden) const override;
+  [[nodiscard]] bool canListDirectoryAtURL(const FileURL& url) const override;
   bool enumerateAtURL(const FileURL& url,
                       const std::function<void(const FileURL&, bool isDirectory)>& visit) const override;
   PlatformResult<Done> createDirectoryAtURL(const FileURL& url) override;
   // Folders move within their file system only.
   PlatformResult<Done> moveItemAtURL(const FileURL& from, const FileURL& to) override;
+  // A link becomes a link to the same place, whatever is there.
   PlatformResult<Done> copyItemAtURL(const FileURL& from, const FileURL& to) override;
   // A folder with all that is in it; a link itself.
   PlatformResult<Done> removeItemAtURL(const FileURL& url) override;

@@ -11,6 +11,12 @@
 namespace quenlio {
 namespace {
 
+// The folder that the variable names; nothing unless it is an absolute path.
+std::optional<FileURL> folderOf(const ProcessInfo& process, std::string_view variable) {
+  const auto value = process.environment(variable);
+  return value && value->starts_with('/') ? std::optional(FileURL(*value)) : std::nullopt;
+}
+
 // A value in double quotes as a shell reads it; nothing without its quotes.
 std::optional<std::string> unquoted(std::string_view text) {
   if (!text.starts_with('"')) {
@@ -62,13 +68,12 @@ std::optional<FileURL> userDirectory(std::string_view text, std::string_view key
   return result;
 }
 
-std::optional<FileURL> LinuxStandardDirectories::folder(std::string_view variable) const {
-  const auto value = process_.environment(variable);
-  return value && value->starts_with('/') ? std::optional(FileURL(*value)) : std::nullopt;
+FileURL settingsDirectory(const ProcessInfo& process, const FileURL& home) {
+  return folderOf(process, "XDG_CONFIG_HOME").value_or(home.appending(".config"));
 }
 
 FileURL LinuxStandardDirectories::homeDirectory() const {
-  if (auto home = folder("HOME")) {
+  if (auto home = folderOf(process_, "HOME")) {
     return *home;
   }
   std::array<char, 16384> buffer{};
@@ -80,17 +85,16 @@ FileURL LinuxStandardDirectories::homeDirectory() const {
 }
 
 FileURL LinuxStandardDirectories::temporaryDirectory() const {
-  return folder("TMPDIR").value_or(FileURL("/tmp"));
+  return folderOf(process_, "TMPDIR").value_or(FileURL("/tmp"));
 }
 
 std::optional<FileURL> LinuxStandardDirectories::applicationSupportDirectory() const {
-  return folder("XDG_DATA_HOME").value_or(homeDirectory().appending(".local/share"));
+  return folderOf(process_, "XDG_DATA_HOME").value_or(homeDirectory().appending(".local/share"));
 }
 
 std::optional<FileURL> LinuxStandardDirectories::desktopDirectory() const {
   const FileURL home = homeDirectory();
-  const FileURL settings = folder("XDG_CONFIG_HOME").value_or(home.appending(".config"));
-  const auto text = LinuxFileContents().read(settings.appending("user-dirs.dirs"));
+  const auto text = LinuxFileContents().read(settingsDirectory(process_, home).appending("user-dirs.dirs"));
   const auto set = text ? userDirectory(text.value(), "XDG_DESKTOP_DIR", home) : std::nullopt;
   return set.value_or(home.appending("Desktop"));
 }

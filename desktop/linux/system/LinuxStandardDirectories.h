@@ -21,11 +21,11 @@ class LinuxStandardDirectories final : public StandardDirectories {
   [[nodiscard]] std::optional<FileURL> desktopDirectory() const override;
 
  private:
-  // The folder that the variable names; nothing unless it is an absolute path.
-  [[nodiscard]] std::optional<FileURL> folder(std::string_view variable) const;
-
   const ProcessInfo& process_;
 };
+
+// Where the user's settings are: $XDG_CONFIG_HOME, when it is an absolute path, else .config in the home folder.
+[[nodiscard]] FileURL settingsDirectory(const ProcessInfo& process, const FileURL& home);
 
 // The folder of that key ("XDG_DESKTOP_DIR") in the text of a user-dirs.dirs file, whose lines look like
 // XDG_DESKTOP_DIR="$HOME/Desktop". The last one wins; nothing when there is none or its value is no such path.

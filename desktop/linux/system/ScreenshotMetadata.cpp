@@ -6,36 +6,15 @@
 #include <memory>
 #include <sys/xattr.h>
 
-#include "core/base/Text.h"
-
-#include "desktop/linux/system/CompleteFormats.h"
-#include "desktop/linux/system/JPEGSegments.h"
+#include "desktop/linux/system/CameraPicture.h"
+#include "desktop/linux/system/PNGChunks.h"
 #include "desktop/linux/system/RegularFile.h"
 #include "desktop/linux/system/ScreenshotNames.h"
-#include "desktop/linux/system/TIFFDirectory.h"
 
 namespace quenlio {
 namespace {
 
-constexpr int kMostChunks = 128;
 constexpr std::uint64_t kMostChunkBytes = 4096;
-constexpr std::string_view kExifHead{"Exif\0\0", 6};
-
-constexpr std::uint16_t kMake = 0x010F;
-constexpr std::uint16_t kModel = 0x0110;
-
-bool hasMakeOrModel(TIFFReader reader) {
-  const auto first = reader.firstDirectory();
-  const auto directory = first ? reader.directory(*first) : std::nullopt;
-  for (const std::uint16_t tag : {kMake, kModel}) {
-    const TIFFEntry* entry = directory ? directory->find(tag) : nullptr;
-    const auto text = entry != nullptr ? reader.text(*entry) : std::nullopt;
-    if (text && !trimmed(*text).empty()) {
-      return true;
-    }
-  }
-  return false;
-}
 
 // A zlib stream of a short text; empty for anything else.
 std::string inflatedText(std::string_view packed) {
@@ -92,46 +71,16 @@ bool hasScreenshotMark(const FileURL& url) {
 
 }  // namespace
 
-bool isCameraPicture(ByteSource& source) {
-  const std::string head = source.readUpTo(0, 4);
-  if (head.starts_with("II") || head.starts_with("MM")) {
-    return hasMakeOrModel(TIFFReader(source, 0, source.size()));
-  }
-  bool isCamera = false;
-  if (head.starts_with("\xFF\xD8\xFF")) {
-    (void)walkJPEGSegments(source, [&](const JPEGSegment& segment) {
-      const std::uint64_t skip = kExifHead.size();
-      if (segment.marker == kJPEGApp1 && segment.length > skip && source.readUpTo(segment.offset, skip) == kExifHead) {
-        isCamera = hasMakeOrModel(TIFFReader(source, segment.offset + skip, segment.length - skip));
-        return false;
-      }
-      return true;
-    });
-  }
-  return isCamera;
-}
-
 bool hasScreenshotToolText(ByteSource& source) {
-  if (source.readUpTo(0, kPNGSignature.size()) != kPNGSignature) {
-    return false;
-  }
-  std::uint64_t offset = kPNGSignature.size();
-  for (int i = 0; i < kMostChunks; ++i) {
-    const auto head = source.read(offset, 8);
-    if (!head || head->substr(4) == "IDAT") {
-      return false;
-    }
-    const std::uint64_t length = number(*head, 0, 4);
-    const std::string type = head->substr(4);
-    if (type == "tEXt" || type == "iTXt" || type == "zTXt") {
+  bool isTool = false;
+  walkPNGChunks(source, [&](const PNGChunk& chunk) {
+    if (chunk.type == "tEXt" || chunk.type == "iTXt" || chunk.type == "zTXt") {
       // Up to a limit: the key comes first, and a longer text is none that is looked for.
-      if (isToolText(type, source.readUpTo(offset + 8, std::min(length, kMostChunkBytes)))) {
-        return true;
-      }
+      isTool = isToolText(chunk.type, source.readUpTo(chunk.offset, std::min(chunk.length, kMostChunkBytes)));
     }
-    offset += length + 12;  // length, type and checksum
-  }
-  return false;
+    return !isTool;
+  });
+  return isTool;
 }
 
 std::optional<MetadataValue> ScreenshotMetadata::MDItemCopyAttribute(const FileURL& url,

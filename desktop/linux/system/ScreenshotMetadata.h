@@ -27,9 +27,6 @@ class ScreenshotMetadata final : public FileMetadata {
 // The extended attribute that marks a file as a screenshot, whatever its value.
 inline constexpr const char* kScreenshotMark = "user.quenlio.screenshot";
 
-// Whether the picture names the make or model of a camera: JPEG and TIFF.
-[[nodiscard]] bool isCameraPicture(ByteSource& source);
-
 // Whether a screenshot tool left its text in the PNG.
 [[nodiscard]] bool hasScreenshotToolText(ByteSource& source);
 

@@ -3,6 +3,8 @@
 #include <sstream>
 #include <string>
 
+#include "desktop/linux/system/LinuxStandardDirectories.h"
+
 namespace quenlio {
 namespace {
 
@@ -46,10 +48,8 @@ std::string quotedForExec(const std::string& path) {
 }
 
 FileURL XdgLoginItem::entry() const {
-  const auto configured = dependencies_.process.environment("XDG_CONFIG_HOME");
-  const bool isUsable = configured && configured->starts_with('/');
-  const FileURL base = isUsable ? FileURL(*configured) : dependencies_.directories.homeDirectory().appending(".config");
-  return base.appending("autostart").appending("quenlio.desktop");
+  const FileURL settings = settingsDirectory(dependencies_.process, dependencies_.directories.homeDirectory());
+  return settings.appending("autostart").appending("quenlio.desktop");
 }
 
 LoginItemStatus XdgLoginItem::status() const {

@@ -15,10 +15,24 @@ TEST(ScreenGeometry, turnsTheScreenUpward) {
   EXPECT_EQ(geometry.toQt({{10, 730}, {100, 50}}), QRect(10, 20, 100, 50));
   // On a second screen above the first.
   EXPECT_EQ(geometry.fromQt(QRect(0, -600, 1000, 600)), (Rect<Screen>{{0, 800}, {1000, 600}}));
-  // The pixels at the corners are inside the screen.
-  const Rect<Screen> screen = geometry.fromQt(QRect(0, 0, 1280, 800));
-  EXPECT_TRUE(screen.contains(geometry.fromQt(QPoint(0, 0))));
-  EXPECT_TRUE(screen.contains(geometry.fromQt(QPoint(1279, 799))));
+}
+
+// Whichever edges of a rectangle count as inside, a pixel on one side of an edge is on that side.
+TEST(ScreenGeometry, aPixelIsItsCentreSoThatNoEdgeRunsThroughIt) {
+  const ScreenGeometry geometry(800);
+  EXPECT_EQ(geometry.fromQt(QPoint(100, 200)), (Point<Screen>{100.5, 599.5}));
+  const QRect area(10, 20, 30, 40);
+  const Rect<Screen> frame = geometry.fromQt(area);
+  for (const int x : {9, 10, 39, 40}) {
+    for (const int y : {19, 20, 59, 60}) {
+      const Point<Screen> pixel = geometry.fromQt(QPoint(x, y));
+      const bool withLowerEdges = frame.contains(pixel);
+      const bool withUpperEdges =
+          pixel.x > frame.minX() && pixel.x <= frame.maxX() && pixel.y > frame.minY() && pixel.y <= frame.maxY();
+      EXPECT_EQ(withLowerEdges, area.contains(x, y)) << x << ' ' << y;
+      EXPECT_EQ(withUpperEdges, area.contains(x, y)) << x << ' ' << y;
+    }
+  }
 }
 
 TEST(ScreenGeometry, roundsToWholePointsWithoutChangingTheSize) {
@@ -43,7 +57,7 @@ TEST(QtScreens, tellsTheScreenAndThePointer) {
   EXPECT_EQ(screens.mainScreen(), all.front());
   EXPECT_TRUE(all.front().screenNumber);
   movePointer(100, 200);
-  EXPECT_EQ(screens.mouseLocation(), (Point<Screen>{100, 599}));
+  EXPECT_EQ(screens.mouseLocation(), (Point<Screen>{100.5, 599.5}));
 }
 
 // A bar along the bottom takes its share of the work area.

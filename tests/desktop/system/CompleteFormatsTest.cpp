@@ -3,6 +3,7 @@
 #include <random>
 #include <rapidcheck.h>
 
+#include "desktop/linux/system/CameraPicture.h"
 #include "desktop/linux/system/CompleteFormats.h"
 #include "desktop/linux/system/ScreenshotMetadata.h"
 

@@ -1,10 +1,14 @@
 // Where the desktop's own tools put screenshots, found by each desktop's own settings.
-#include <cstdlib>
+#include <array>
+#include <atomic>
+#include <chrono>
 #include <filesystem>
+#include <future>
 #include <gtest/gtest.h>
 #include <map>
+#include <mutex>
+#include <thread>
 
-#include "desktop/linux/system/ChildProcess.h"
 #include "desktop/linux/system/DesktopPreferences.h"
 #include "desktop/linux/system/JsonUserDefaults.h"
 
@@ -51,19 +55,39 @@ class DesktopPreferencesTest : public testing::Test {
     if (!preferences_) {
       preferences_.emplace(DesktopPreferences::Sources{
           suites_, diagnostics_, DesktopScreenshotFolder(process_, directories_, [this](auto schema, auto key) {
-            ++storeReads_;
             return read(schema, key);
           })});
     }
     return *preferences_;
   }
-  [[nodiscard]] std::optional<std::string> read(std::string_view schema, std::string_view key) const {
+  // What polls get in the end, once the store has been asked on its other thread.
+  [[nodiscard]] std::optional<PreferenceValue> locationAfterAwhile(const std::optional<PreferenceValue>& expected) {
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+    auto value = location();
+    while (value != expected && std::chrono::steady_clock::now() < deadline) {
+      std::this_thread::yield();
+      value = location();
+    }
+    return value;
+  }
+  // Any thread.
+  [[nodiscard]] std::optional<std::string> read(std::string_view schema, std::string_view key) {
+    const std::scoped_lock lock(mutex_);
+    ++storeReads_;
     const auto found = store_.find(std::string(schema) + " " + std::string(key));
     return found != store_.end() ? std::optional(found->second + "\n") : std::nullopt;
   }
 
   [[nodiscard]] std::optional<PreferenceValue> inHome(const std::string& path) const {
     return PreferenceValue((home_ / path).path());
+  }
+  void setStore(std::map<std::string, std::string> store) {
+    const std::scoped_lock lock(mutex_);
+    store_ = std::move(store);
+  }
+  [[nodiscard]] int storeReads() {
+    const std::scoped_lock lock(mutex_);
+    return storeReads_;
   }
   void setDesktop(const std::string& names) { process_.variables["XDG_CURRENT_DESKTOP"] = names; }
   void write(const std::string& path, std::string_view text) const {
@@ -82,17 +106,21 @@ class DesktopPreferencesTest : public testing::Test {
   GivenDirectories directories_{home_.url()};
   JsonUserDefaultsSuites suites_{home_ / ".config/quenlio", std::string(kStandardSuiteName)};
   std::optional<FileURL> diagnostics_;
-  std::map<std::string, std::string> store_;
-  int storeReads_ = 0;
+  std::mutex mutex_;
+  std::map<std::string, std::string> store_;  // guarded by mutex_
+  int storeReads_ = 0;                        // guarded by mutex_
   std::optional<DesktopPreferences> preferences_;
 };
 
 TEST_F(DesktopPreferencesTest, hasNothingOnADesktopThatItDoesNotKnow) {
   EXPECT_EQ(location(), std::nullopt);
-  setDesktop("sway");
-  EXPECT_EQ(location(), std::nullopt);
-  EXPECT_EQ(storeReads_, 0);
-  EXPECT_TRUE(fs::is_empty(home_.url().path()));  // and has made nothing
+  makeFolder("Pictures");
+  for (const char* desktop : {"an unknown one", "Swayed", "GNOME-like"}) {
+    setDesktop(desktop);
+    EXPECT_EQ(location(), std::nullopt) << desktop;
+  }
+  EXPECT_EQ(storeReads(), 0);
+  EXPECT_TRUE(fs::is_empty((home_ / "Pictures").path()));  // and has made nothing
 }
 
 TEST_F(DesktopPreferencesTest, takesTheDiagnosticsFolderBeforeAllElse) {
@@ -106,7 +134,7 @@ TEST_F(DesktopPreferencesTest, takesTheDiagnosticsFolderBeforeAllElse) {
 
 TEST_F(DesktopPreferencesTest, takesOurOwnValueBeforeTheDesktops) {
   setDesktop("GNOME");
-  store_["org.gnome.gnome-screenshot auto-save-directory"] = "'/desktop'";
+  setStore({{"org.gnome.gnome-screenshot auto-save-directory", "'/desktop'"}});
   UserDefaults& own = *suites_.initWithSuiteName(kScreenCaptureDomain);
   own.setObject("location", std::string("~/Shots"));
   EXPECT_EQ(location(), PreferenceValue(std::string("~/Shots")));
@@ -114,7 +142,7 @@ TEST_F(DesktopPreferencesTest, takesOurOwnValueBeforeTheDesktops) {
   EXPECT_EQ(location(), PreferenceValue(std::string()));
   own.setObject("location", std::int64_t{7});
   EXPECT_EQ(location(), PreferenceValue(std::int64_t{7}));
-  EXPECT_EQ(storeReads_, 0);
+  EXPECT_EQ(storeReads(), 0);
   own.setObject("location", 1.5);
   EXPECT_EQ(location(), PreferenceValue(std::string("/desktop")));
   own.removeObjectForKey("location");
@@ -129,10 +157,10 @@ TEST_F(DesktopPreferencesTest, givesOurOwnValueOfAnyOtherKey) {
 }
 
 TEST_F(DesktopPreferencesTest, asksTheStoreOfEachDesktopThatHasOne) {
-  store_ = {{"org.gnome.gnome-screenshot auto-save-directory", "'file:///data/My%20Shots'"},
+  setStore({{"org.gnome.gnome-screenshot auto-save-directory", "'file:///data/My%20Shots'"},
             {"org.mate.screenshot last-save-directory", "'/mate'"},
             {"org.cinnamon.screenshot save-directory", "\"/it's here\""},
-            {"io.elementary.screenshot folder-dir", "'~/Elementary'"}};
+            {"io.elementary.screenshot folder-dir", "'~/Elementary'"}});
   const std::map<std::string, std::string> expected{{"GNOME", "/data/My Shots"},
                                                     {"ubuntu:GNOME", "/data/My Shots"},
                                                     {"MATE", "/mate"},
@@ -147,21 +175,75 @@ TEST_F(DesktopPreferencesTest, asksTheStoreOfEachDesktopThatHasOne) {
 
 TEST_F(DesktopPreferencesTest, asksTheStoreAgainOnlyWhenItHasChanged) {
   setDesktop("MATE");
-  store_["org.mate.screenshot last-save-directory"] = "'/one'";
+  const auto one = PreferenceValue(std::string("/one"));
+  const auto two = PreferenceValue(std::string("/two"));
+  setStore({{"org.mate.screenshot last-save-directory", "'/one'"}});
   for (int poll = 0; poll < 5; ++poll) {
-    EXPECT_EQ(location(), PreferenceValue(std::string("/one")));
+    EXPECT_EQ(location(), one);
   }
-  EXPECT_EQ(storeReads_, 1);
-  store_["org.mate.screenshot last-save-directory"] = "'/two'";
+  EXPECT_EQ(storeReads(), 1);
+  setStore({{"org.mate.screenshot last-save-directory", "'/two'"}});
   touchStore();
-  EXPECT_EQ(location(), PreferenceValue(std::string("/two")));
-  EXPECT_EQ(location(), PreferenceValue(std::string("/two")));
-  EXPECT_EQ(storeReads_, 2);
-  store_.clear();
+  EXPECT_EQ(locationAfterAwhile(two), two);
+  EXPECT_EQ(location(), two);
+  EXPECT_EQ(storeReads(), 2);
+  setStore({});
   touchStore();
+  EXPECT_EQ(locationAfterAwhile(std::nullopt), std::nullopt);
   EXPECT_EQ(location(), std::nullopt);
-  EXPECT_EQ(location(), std::nullopt);
-  EXPECT_EQ(storeReads_, 3);
+  EXPECT_EQ(storeReads(), 3);
+}
+
+// A store that hangs holds up the first question and no other.
+TEST_F(DesktopPreferencesTest, answersAsBeforeWhileTheStoreIsAskedAnew) {
+  setDesktop("MATE");
+  std::promise<void> open;
+  std::atomic<int> asked = 0;
+  std::atomic<int> answered = 0;
+  DesktopScreenshotFolder folder(process_, directories_,
+                                 [&, gate = open.get_future().share()](auto, auto) -> std::optional<std::string> {
+                                   const int question = ++asked;
+                                   if (question == 2) {
+                                     gate.wait_for(std::chrono::seconds(5));
+                                   }
+                                   ++answered;
+                                   return "'/answer" + std::to_string(question) + "'";
+                                 });
+  EXPECT_EQ(folder.current(), FileURL("/answer1"));
+  touchStore();
+  EXPECT_EQ(folder.current(), FileURL("/answer1"));
+  touchStore();  // once more meanwhile: seen when the question on its way is done
+  EXPECT_EQ(folder.current(), FileURL("/answer1"));
+  EXPECT_EQ(answered, 1);
+  open.set_value();
+  const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+  while (folder.current() != FileURL("/answer3") && std::chrono::steady_clock::now() < deadline) {
+    std::this_thread::yield();
+  }
+  EXPECT_EQ(folder.current(), FileURL("/answer3"));
+  EXPECT_EQ(asked, 3);
+}
+
+TEST_F(DesktopPreferencesTest, waitsAtItsEndForAQuestionThatIsOnItsWay) {
+  setDesktop("MATE");
+  std::promise<void> begun;
+  std::atomic<int> asked = 0;
+  std::atomic<int> answered = 0;
+  {
+    DesktopScreenshotFolder folder(process_, directories_, [&](auto, auto) -> std::optional<std::string> {
+      if (++asked == 2) {
+        begun.set_value();
+      }
+      std::this_thread::yield();
+      ++answered;
+      return std::nullopt;
+    });
+    (void)folder.current();
+    touchStore();
+    (void)folder.current();
+    begun.get_future().wait();
+  }
+  EXPECT_EQ(answered, 2);
 }
 
 TEST_F(DesktopPreferencesTest, readsTheSettingsOfKde) {
@@ -198,7 +280,7 @@ TEST_F(DesktopPreferencesTest, readsSettingsWhereTheEnvironmentHasThem) {
 
 TEST_F(DesktopPreferencesTest, goesByTheEnvironmentWhereTheDesktopSaysNothing) {
   setDesktop("GNOME");
-  store_["org.gnome.gnome-screenshot auto-save-directory"] = "''";
+  setStore({{"org.gnome.gnome-screenshot auto-save-directory", "''"}});
   write(".config/user-dirs.dirs", "XDG_SCREENSHOTS_DIR=\"$HOME/Third\"\n");
   EXPECT_EQ(location(), inHome("Third"));
   process_.variables["GRIM_DEFAULT_DIR"] = "/second";
@@ -242,68 +324,31 @@ TEST_F(DesktopPreferencesTest, makesItInTheUsersPictures) {
   EXPECT_EQ(location(), inHome("Images/Screenshots"));
 }
 
-TEST_F(DesktopPreferencesTest, usesButDoesNotMakeTheFolderElsewhere) {
-  for (const char* desktop : {"MATE", "XFCE", "sway"}) {
-    setDesktop(desktop);
-    EXPECT_EQ(location(), std::nullopt);
-  }
-  makeFolder("Pictures/Screenshots");
-  for (const char* desktop : {"MATE", "XFCE", "sway"}) {
-    setDesktop(desktop);
-    EXPECT_EQ(location(), inHome("Pictures/Screenshots"));
-  }
+// Their tools put screenshots into the pictures themselves, unless a folder kept for screenshots is there.
+TEST_F(DesktopPreferencesTest, usesButDoesNotMakeTheUsersPicturesElsewhere) {
+  constexpr std::array desktops{"MATE", "X-Cinnamon", "XFCE", "Pantheon", "sway", "sway:wlroots", "Hyprland", "river"};
+  const auto expectOnAll = [&](const std::optional<PreferenceValue>& expected) {
+    for (const char* desktop : desktops) {
+      setDesktop(desktop);
+      preferences_.reset();
+      EXPECT_EQ(location(), expected) << desktop;
+    }
+  };
+  expectOnAll(std::nullopt);
+  EXPECT_FALSE(exists(home_ / "Pictures"));
+  makeFolder("Pictures");
+  expectOnAll(inHome("Pictures"));
+  EXPECT_TRUE(fs::is_empty((home_ / "Pictures").path()));
+  write(".config/user-dirs.dirs", "XDG_PICTURES_DIR=\"$HOME/Bilder\"\n");
+  expectOnAll(std::nullopt);
+  makeFolder("Bilder/Screenshots");
+  expectOnAll(inHome("Bilder/Screenshots"));
 }
 
 TEST_F(DesktopPreferencesTest, hasNothingWhenTheFolderCannotBeMade) {
   setDesktop("GNOME");
   write("Pictures", "a file");
   EXPECT_EQ(location(), std::nullopt);
-}
-
-TEST(GSettings, readsAPrintedString) {
-  EXPECT_EQ(stringOfVariant("''\n"), "");
-  EXPECT_EQ(stringOfVariant("'/a b'\n"), "/a b");
-  EXPECT_EQ(stringOfVariant("\"it's\"\n"), "it's");
-  EXPECT_EQ(stringOfVariant(R"('a\'b\\c\nd')"), "a'b\\c\nd");
-  EXPECT_EQ(stringOfVariant(R"('\u00e9\u20ac\U0001f600')"), "é€😀");
-  EXPECT_EQ(stringOfVariant(R"('\u12')"), "u12");
-  EXPECT_EQ(stringOfVariant(R"('\')"), "\\");
-  for (const char* other : {"", "\n", "true\n", "'", "'open", "@as []", "nothing"}) {
-    EXPECT_EQ(stringOfVariant(other), std::nullopt) << other;
-  }
-}
-
-// The desktop's real program, with a store of its own.
-TEST(GSettings, asksTheRealProgram) {
-  const TemporaryFolder folder;
-  fs::create_directories((folder / "glib-2.0/settings").path());
-  writeFile(folder / "glib-2.0/settings/keyfile",
-            "[org/gnome/gnome-screenshot]\nauto-save-directory='file:///it\\'s'\n");
-  ASSERT_EQ(::setenv("GSETTINGS_BACKEND", "keyfile", 1), 0);
-  ASSERT_EQ(::setenv("XDG_CONFIG_HOME", folder.url().path().c_str(), 1), 0);
-  const auto printed = gsettingsGet("org.gnome.gnome-screenshot", "auto-save-directory");
-  ASSERT_TRUE(printed);
-  EXPECT_EQ(stringOfVariant(*printed), "file:///it's");
-  EXPECT_EQ(gsettingsGet("org.example.no-such-schema", "key"), std::nullopt);
-}
-
-TEST(ChildProcess, readsOutputAsItComes) {
-  const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(15);
-  auto child = ChildProcess::start({"printf", "abcdef"});
-  ASSERT_TRUE(child);
-  std::array<char, 2> head{};
-  EXPECT_TRUE(child->read(head.data(), head.size(), deadline));
-  EXPECT_EQ(std::string(head.data(), head.size()), "ab");
-  EXPECT_EQ(child->readToEnd(100, deadline), "cdef");
-}
-
-TEST(ChildProcess, boundsOutputAndTime) {
-  const auto now = std::chrono::steady_clock::now();
-  EXPECT_FALSE(ChildProcess::start({"yes"})->readToEnd(10'000, now + std::chrono::seconds(15)));
-  EXPECT_FALSE(ChildProcess::start({"sleep", "60"})->readToEnd(10, now + std::chrono::milliseconds(100)));
-  EXPECT_LT(std::chrono::steady_clock::now() - now, std::chrono::seconds(14));
-  EXPECT_FALSE(ChildProcess::start({"/no/such/program"}));
-  EXPECT_FALSE(ChildProcess::start({}));
 }
 
 }  // namespace

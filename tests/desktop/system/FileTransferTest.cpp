@@ -105,6 +105,33 @@ TEST_F(MoveTest, aLinkIsMovedAsALink) {
   EXPECT_TRUE(S_ISLNK(statusOf(there / "c").st_mode));
 }
 
+TEST_F(MoveTest, aLinkIsCopiedAsALinkWhereverItLeads) {
+  writeFile(here / "file", "text");
+  std::filesystem::create_directory((here / "folder").path());
+  for (const std::string target : {"file", "folder", "nowhere", "/nowhere/at/all"}) {
+    ASSERT_EQ(::symlink(target.c_str(), (here / "link").path().c_str()), 0);
+    for (const FileURL& copy : {here / "copy", there / "copy"}) {
+      ASSERT_TRUE(files.copyItemAtURL(here / "link", copy)) << target;
+      ASSERT_TRUE(S_ISLNK(statusOf(copy).st_mode)) << target;
+      EXPECT_EQ(std::filesystem::read_symlink(copy.path()), target);
+      ASSERT_EQ(::unlink(copy.path().c_str()), 0);
+    }
+    EXPECT_EQ(std::filesystem::read_symlink((here / "link").path()), target);
+    ASSERT_EQ(::unlink((here / "link").path().c_str()), 0);
+  }
+}
+
+TEST_F(MoveTest, aCopiedLinkReplacesNothing) {
+  ASSERT_EQ(::symlink("nowhere", (here / "link").path().c_str()), 0);
+  writeFile(here / "file", "yours");
+  ASSERT_EQ(::symlink("elsewhere", (here / "other").path().c_str()), 0);
+  EXPECT_EQ(files.copyItemAtURL(here / "link", here / "file").error().localizedDescription,
+            "The file “link” could not be copied: File exists.");
+  EXPECT_FALSE(files.copyItemAtURL(here / "link", here / "other"));
+  EXPECT_EQ(contents(here / "file"), "yours");
+  EXPECT_EQ(std::filesystem::read_symlink((here / "other").path()), "elsewhere");
+}
+
 TEST_F(MoveTest, aFolderMovesWithItsContentsAndOnItsFileSystemOnly) {
   std::filesystem::create_directory((here / "a").path());
   writeFile(here / "a/b", "text");

@@ -4,6 +4,8 @@
 #include <set>
 #include <sys/xattr.h>
 
+#include "core/base/ImageExtensions.h"
+
 #include "desktop/linux/system/FileTransfer.h"
 #include "desktop/linux/system/LinuxClock.h"
 #include "desktop/linux/system/LinuxFileManager.h"
@@ -101,6 +103,17 @@ TEST_F(LinuxFileManagerTest, onlyPicturesNeedToBeFinished) {
   writeFile(folder / "b", "half");
   EXPECT_EQ(list().at("a.txt").isRegularFile, true);
   EXPECT_EQ(list().at("b").isRegularFile, true);
+}
+
+TEST_F(LinuxFileManagerTest, aPictureIsToldByItsNameAsByItsPlace) {
+  const std::map<std::string, bool> names{{"a.png", true},    {"a.b.JpEg", true}, {"a.HEIC", true}, {".a.tiff", true},
+                                          {"\xFF.pdf", true}, {".png", false},    {"png", false},   {"a.png.", false},
+                                          {"a.tif", false},   {"a.pngx", false},  {"a.", false},    {"a.png~", false}};
+  for (const auto& [name, isPicture] : names) {
+    EXPECT_EQ(hasImageExtension(std::string_view(name)), isPicture) << name;
+    EXPECT_EQ(hasImageExtension(FileURL("/some.folder/" + name)), isPicture) << name;
+    EXPECT_EQ(hasImageExtension(FileURL(name)), isPicture) << name;
+  }
 }
 
 TEST_F(LinuxFileManagerTest, aFinishedFileThatIsWrittenAnewLosesItsValues) {

@@ -210,6 +210,26 @@ std::string heic(MetaPlace place) {
   return head + box("mdat", data) + meta(headLength + 8, 120);
 }
 
+std::string heicWithExif(std::string_view tiffData, std::uint32_t headLength) {
+  const std::string head = box("ftyp", std::string("heic\0\0\0\0mif1heic", 16));
+  const std::string picture = noise(120);
+  const std::string exif = number(headLength, 4) + std::string(headLength, 'E') + std::string(tiffData);
+  const auto item = [](std::uint64_t id, std::string_view type) {
+    return box("infe", std::string("\2\0\0\0", 4) + number(id, 2) + number(0, 2) + std::string(type) + '\0');
+  };
+  const std::string list = box("iinf", std::string(4, '\0') + number(2, 2) + item(1, "hvc1") + item(2, "Exif"));
+  const auto build = [&](std::uint64_t data) {
+    // Two items of one piece each: version 1, four bytes for place and length.
+    const auto place = [](std::uint64_t id, std::uint64_t offset, std::uint64_t length) {
+      return number(id, 2) + number(0, 2) + number(0, 2) + number(1, 2) + number(offset, 4) + number(length, 4);
+    };
+    const std::string table = std::string("\1\0\0\0", 4) + number(0x4400, 2) + number(2, 2) +
+                              place(1, data, picture.size()) + place(2, data + picture.size(), exif.size());
+    return head + box("meta", std::string(4, '\0') + box("hdlr", std::string(24, 'p')) + list + box("iloc", table));
+  };
+  return build(build(0).size() + 8) + box("mdat", picture + exif);
+}
+
 std::vector<std::pair<std::string, std::string>> all() {
   return {
       {"png", png()},
@@ -226,6 +246,7 @@ std::vector<std::pair<std::string, std::string>> all() {
       {"linearized pdf", linearizedPdf()},
       {"heic, description first", heic()},
       {"heic, description last", heic(MetaPlace::afterTheData)},
+      {"heic of a camera", heicWithExif(tiff({.make = "Maker"}))},
   };
 }
 

@@ -40,6 +40,8 @@ std::string linearizedPdf();
 
 enum class MetaPlace { beforeTheData, afterTheData };
 std::string heic(MetaPlace place = MetaPlace::beforeTheData);
+// With an EXIF item, in one piece, that holds this TIFF data behind that many bytes of another head.
+std::string heicWithExif(std::string_view tiffData, std::uint32_t headLength = 6);
 
 // One of each, under a name for messages.
 std::vector<std::pair<std::string, std::string>> all();

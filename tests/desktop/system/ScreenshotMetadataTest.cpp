@@ -3,6 +3,7 @@
 #include <sys/stat.h>
 #include <sys/xattr.h>
 
+#include "desktop/linux/system/CameraPicture.h"
 #include "desktop/linux/system/ScreenshotMetadata.h"
 
 #include "tests/desktop/system/AttributeFolder.h"
@@ -99,6 +100,57 @@ TEST_F(ScreenshotMetadataTest, aCamerasPictureIsANo) {
   EXPECT_EQ(answerFor("a.jpg", samples::jpeg({.make = "Maker", .model = "M", .hasPreview = true})), kNo);
   EXPECT_EQ(answerFor("a.tiff", samples::tiff({.make = "Maker"})), kNo);
   EXPECT_EQ(answerFor("a.tiff", samples::tiff({.order = std::endian::big, .make = "Maker"})), kNo);
+}
+
+TEST_F(ScreenshotMetadataTest, aCamerasPNGIsANo) {
+  const std::string exif = samples::pngChunk("eXIf", samples::tiff({.order = std::endian::big, .make = "Maker"}));
+  EXPECT_EQ(answerFor("a.png", samples::png(exif)), kNo);
+  EXPECT_EQ(answerFor("a.png", samples::png(textChunk("Software", "gnome-screenshot") + exif)), kNo);
+  EXPECT_EQ(answerFor("a.png", samples::png(samples::pngChunk("eXIf", samples::tiff()))), kNoOpinion);
+  EXPECT_EQ(answerFor("a.png", samples::png(samples::pngChunk("eXIf", "II"))), kNoOpinion);
+  EXPECT_EQ(answerFor("a.png", samples::png(samples::pngChunk("eXIf", ""))), kNoOpinion);
+}
+
+TEST_F(ScreenshotMetadataTest, aCamerasHEICIsANo) {
+  EXPECT_EQ(answerFor("a.heic", samples::heicWithExif(samples::tiff({.make = "Maker"}))), kNo);
+  EXPECT_EQ(answerFor("a.heic", samples::heicWithExif(samples::tiff({.make = "Maker"}), 0)), kNo);
+  EXPECT_EQ(answerFor("Screenshot_20261115_210433.heic", samples::heicWithExif(samples::tiff({.make = "Maker"}))), kNo);
+  EXPECT_EQ(answerFor("a.heic", samples::heicWithExif(samples::tiff())), kNoOpinion);
+  EXPECT_EQ(answerFor("a.heic", samples::heicWithExif("")), kNoOpinion);
+}
+
+// Each byte in turn replaced by several others, and the file cut at each byte: an answer, whichever, and no harm.
+TEST_F(ScreenshotMetadataTest, aDamagedCamerasPictureIsReadWithoutHarm) {
+  const std::string tiff = samples::tiff({.make = "Maker"});
+  for (const std::string& whole : {samples::heicWithExif(tiff), samples::png(samples::pngChunk("eXIf", tiff))}) {
+    int cameras = 0;
+    for (std::size_t at = 0; at < whole.size(); ++at) {
+      for (const char byte : {'\0', '\1', '\x7F', '\xFF'}) {
+        std::string damaged = whole;
+        damaged[at] = byte;
+        MemorySource source(damaged);
+        cameras += isCameraPicture(source) ? 1 : 0;
+      }
+      MemorySource cut(std::string_view(whole).substr(0, at));
+      (void)isCameraPicture(cut);
+    }
+    // Most bytes are pixels, which do not matter.
+    EXPECT_GT(cameras, 0);
+    EXPECT_LT(cameras, static_cast<int>(4 * whole.size()));
+  }
+}
+
+TEST_F(ScreenshotMetadataTest, anExifItemThatClaimsToLieOutsideTheFileIsReadWithoutHarm) {
+  const std::string whole = samples::heicWithExif(samples::tiff({.make = "Maker"}));
+  const std::size_t table = whole.find("iloc") + 4;
+  for (const std::size_t field : {28U, 32U}) {  // place and length of the second item, four bytes each
+    std::string hostile = whole;
+    hostile.replace(table + 4 + field, 4, "\xFF\xFF\xFF\xFF");
+    EXPECT_EQ(answerFor("a.heic", hostile), kNoOpinion);
+  }
+  std::string hostile = whole;
+  hostile.replace(whole.find("mdat") + 4 + 120, 4, "\xFF\xFF\xFF\xFF");  // the length of the head
+  EXPECT_EQ(answerFor("a.heic", hostile), kNoOpinion);
 }
 
 TEST_F(ScreenshotMetadataTest, aCameraWinsOverTheNameAndTheFolder) {

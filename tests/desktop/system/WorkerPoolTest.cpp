@@ -1,0 +1,156 @@
+// Detached work: two threads at most, what the user waits for first, and no thread counted that was never made.
+#include <array>
+#include <atomic>
+#include <future>
+#include <gtest/gtest.h>
+#include <memory>
+#include <mutex>
+#include <pthread.h>
+#include <system_error>
+#include <thread>
+#include <vector>
+
+#include "desktop/linux/system/WorkerPool.h"
+
+namespace quenlio {
+namespace {
+
+// Work that holds a thread until it is let go.
+struct Gate {
+  std::promise<void> entered;
+  std::promise<void> open;
+  [[nodiscard]] Task task() {
+    return [this] {
+      entered.set_value();
+      open.get_future().wait();
+    };
+  }
+};
+
+// While this lives every new thread asks for a stack that no machine has.
+class NoNewThreads {
+ public:
+  NoNewThreads() {
+    pthread_getattr_default_np(&before_);
+    pthread_attr_t attributes;
+    pthread_attr_init(&attributes);
+    pthread_attr_setstacksize(&attributes, std::size_t{1} << 60U);
+    isSet_ = pthread_setattr_default_np(&attributes) == 0;
+    pthread_attr_destroy(&attributes);
+  }
+  NoNewThreads(const NoNewThreads&) = delete;
+  NoNewThreads& operator=(const NoNewThreads&) = delete;
+  ~NoNewThreads() {
+    pthread_setattr_default_np(&before_);
+    pthread_attr_destroy(&before_);
+  }
+  [[nodiscard]] bool isSet() const { return isSet_; }
+
+ private:
+  pthread_attr_t before_{};
+  bool isSet_ = false;
+};
+
+TEST(WorkerPool, beginsWhatTheUserWaitsForBeforeOtherWorkThatWaits) {
+  std::array<Gate, 2> gates;
+  std::mutex mutex;
+  std::vector<int> order;
+  std::promise<void> done;
+  const auto noting = [&](int number) {
+    return [&, number] {
+      const std::scoped_lock lock(mutex);
+      order.push_back(number);
+      if (order.size() == 6) {
+        done.set_value();
+      }
+    };
+  };
+  WorkerPool pool;
+  for (Gate& gate : gates) {
+    pool.run(QualityOfService::utility, gate.task());
+    gate.entered.get_future().wait();
+  }
+  pool.run(QualityOfService::utility, noting(4));
+  pool.run(QualityOfService::unspecified, noting(5));
+  pool.run(QualityOfService::userInitiated, noting(1));
+  pool.run(QualityOfService::utility, noting(6));
+  pool.run(QualityOfService::userInitiated, noting(2));
+  pool.run(QualityOfService::userInitiated, noting(3));
+  gates[0].open.set_value();  // one thread alone, so that the order can be seen
+  done.get_future().wait();
+  gates[1].open.set_value();
+  EXPECT_EQ(order, (std::vector<int>{1, 2, 3, 4, 5, 6}));
+}
+
+TEST(WorkerPool, runsTwoAtATime) {
+  std::array<Gate, 2> gates;
+  WorkerPool pool;
+  std::promise<void> third;
+  for (Gate& gate : gates) {
+    pool.run(QualityOfService::utility, gate.task());
+  }
+  for (Gate& gate : gates) {
+    gate.entered.get_future().wait();  // both have begun, and neither is done
+  }
+  auto ran = third.get_future();
+  pool.run(QualityOfService::userInitiated, [&third] { third.set_value(); });
+  EXPECT_EQ(ran.wait_for(std::chrono::seconds(0)), std::future_status::timeout);
+  gates[0].open.set_value();
+  ran.wait();
+  gates[1].open.set_value();
+}
+
+TEST(WorkerPool, dropsWhatWaitsAndWaitsForWhatRuns) {
+  std::array<Gate, 2> gates;
+  std::atomic<int> finished = 0;
+  bool hasRun = false;
+  {
+    WorkerPool pool;
+    for (Gate& gate : gates) {
+      pool.run(QualityOfService::utility, [&finished, task = gate.task()] {
+        task();
+        ++finished;
+      });
+      gate.entered.get_future().wait();
+    }
+    // What waits is dropped first: letting go of what it holds opens the gates.
+    const std::shared_ptr<void> opener(nullptr, [&gates](void*) {
+      for (Gate& gate : gates) {
+        gate.open.set_value();
+      }
+    });
+    pool.run(QualityOfService::userInitiated, [&hasRun, opener] { hasRun = true; });
+  }
+  EXPECT_EQ(finished, 2);
+  EXPECT_FALSE(hasRun);
+}
+
+TEST(WorkerPool, countsNoThreadThatCouldNotBeMade) {
+  std::promise<void> done;
+  WorkerPool pool;
+  {
+    const NoNewThreads none;
+    ASSERT_TRUE(none.isSet());
+    EXPECT_THROW(pool.run(QualityOfService::utility, [] { FAIL() << "nobody was to run this"; }), std::system_error);
+  }
+  pool.run(QualityOfService::utility, [&done] { done.set_value(); });
+  done.get_future().wait();
+}  // and its end waits for no thread that never was
+
+TEST(WorkerPool, leavesWorkToTheThreadThatIsThereWhenNoSecondOneCanBeMade) {
+  Gate gate;
+  std::promise<void> done;
+  WorkerPool pool;
+  pool.run(QualityOfService::utility, gate.task());
+  gate.entered.get_future().wait();
+  {
+    const NoNewThreads none;
+    ASSERT_TRUE(none.isSet());
+    pool.run(QualityOfService::utility, [&done] { done.set_value(); });
+  }
+  gate.open.set_value();
+  done.get_future().wait();
+}
+
+}  // namespace
+}  // namespace quenlio
