@@ -12,6 +12,7 @@ namespace {
 using namespace std::string_view_literals;
 
 constexpr std::size_t kHead = 1024;
+constexpr std::size_t kReadBuffer = 128 * 1024;
 
 bool isHeic(std::string_view head) {
   constexpr std::array brands{"heic"sv, "heix"sv, "heim"sv, "heis"sv, "hevc"sv, "mif1"sv, "msf1"sv};
@@ -48,6 +49,7 @@ std::optional<PictureFile> openPicture(const FileURL& url) {
   if (descriptor < 0) {
     return std::nullopt;
   }
+  auto buffer = std::make_unique<char[]>(kReadBuffer);  // made before the file, and so gone after it
   OpenFile file(::fdopen(descriptor, "rb"));
   if (!file) {
     ::close(descriptor);
@@ -57,6 +59,8 @@ std::optional<PictureFile> openPicture(const FileURL& url) {
   if (::fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode)) {
     return std::nullopt;
   }
+  // Read in large pieces: a capture of megabytes would take thousands of calls otherwise.
+  (void)std::setvbuf(file.get(), buffer.get(), _IOFBF, kReadBuffer);
   std::array<char, kHead> head{};
   const std::size_t length = std::fread(head.data(), 1, head.size(), file.get());
   const auto kind = pictureKind(std::string_view(head.data(), length));
@@ -64,7 +68,7 @@ std::optional<PictureFile> openPicture(const FileURL& url) {
     return std::nullopt;
   }
   std::rewind(file.get());
-  return PictureFile{std::move(file), *kind};
+  return PictureFile{std::move(buffer), std::move(file), *kind};
 }
 
 }  // namespace quenlio

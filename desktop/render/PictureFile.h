@@ -18,7 +18,8 @@ struct CloseFile {
 using OpenFile = std::unique_ptr<std::FILE, CloseFile>;
 
 struct PictureFile {
-  OpenFile file;  // at its beginning
+  std::unique_ptr<char[]> buffer;  // the file's, and gone after it
+  OpenFile file;                   // at its beginning
   PictureKind kind;
 };
 

@@ -176,7 +176,7 @@ ScheduledTask MainQueue::every(Seconds interval, Seconds tolerance, Task task) {
 }
 
 void MainQueue::detached(QualityOfService priority, Task task) {
-  workers_.run(priority, std::move(task));
+  (priority == QualityOfService::utility ? background_ : workers_).run(std::move(task));
 }
 
 std::unique_ptr<SerialQueue> MainQueue::makeSerialQueue(std::string label, QualityOfService) {

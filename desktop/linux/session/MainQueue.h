@@ -53,7 +53,8 @@ class MainQueue final : public Scheduler {
   EventDescriptor wakeUp_;  // readable exactly while tasks wait; written and read under mutex_
   QSocketNotifier notifier_;
   std::shared_ptr<Timers> timers_;  // shared with the handles, which may outlive this
-  WorkerPool workers_;
+  WorkerPool workers_{WorkerPool::Priority::normal};
+  WorkerPool background_{WorkerPool::Priority::background};
 };
 
 }  // namespace quenlio

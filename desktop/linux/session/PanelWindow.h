@@ -1,5 +1,8 @@
 // The widget behind a panel: a frameless, translucent top-level window that holds one content view, paints the panel's
 // alpha and, where no compositor blends, stands opaque in a rounded shape. Owned by its QtPanel. Main thread.
+//
+// A window manager puts the window that fills the screen above all others. Where there is one, the panel is shown past
+// the window manager, which then does nothing more for it: it has to take the keyboard, and to give it back, by itself.
 #pragma once
 
 #include <QtGui/QColor>
@@ -8,6 +11,8 @@
 #include <memory>
 
 #include "core/platform/Panel.h"
+
+#include "desktop/linux/session/X11.h"
 
 namespace quenlio {
 
@@ -30,9 +35,17 @@ class PanelWindow final : public QWidget {
   void setAlpha(double alpha);
   void setOnKeyDown(std::function<bool(const KeyEvent&)> onKeyDown) { onKeyDown_ = std::move(onKeyDown); }
 
+  // What a wish to close the window that comes from without leads to; the window itself stays.
+  void setOnClose(std::function<void()> onClose) { onClose_ = std::move(onClose); }
+
   // Shows the window on all desktops, above others and in no list of windows. A window manager forgets that each time
-  // the window goes, so every showing tells it again.
+  // the window goes, so every showing tells it again, and decides anew whether to go past it.
   void showOnAllDesktops();
+  // Whether the window is shown, but below a window that fills the screen: showing it anew brings it above.
+  [[nodiscard]] bool isCovered() const;
+  void takeKeyboard();
+  // Hides the window, and gives the keyboard back to whom it was taken from.
+  void orderOut();
   // A press on what takes no mouse events goes to whatever lies below.
   void setTakesMouse(bool takes);
 
@@ -40,19 +53,28 @@ class PanelWindow final : public QWidget {
   void paintEvent(QPaintEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
+  void closeEvent(QCloseEvent* event) override;
+  bool eventFilter(QObject* object, QEvent* event) override;
 
  private:
   class Veil;
 
+  [[nodiscard]] xcb_window_t id() const { return static_cast<xcb_window_t>(winId()); }
+  [[nodiscard]] bool isBelowFullScreenWindow() const;
+  void setBypassesWindowManager(bool bypasses);
   void announceStates();
   void requestStates();
+  void giveKeyboardBack();
   void shape();
 
   QWidget* content_ = nullptr;  // a child
   Veil* veil_;                  // a child, above the content
   PanelSurface surface_;
   bool composited_ = true;
+  bool bypassesWindowManager_ = false;
+  xcb_window_t keyboardsOwner_ = XCB_NONE;  // from whom it was taken past the window manager
   std::function<bool(const KeyEvent&)> onKeyDown_;
+  std::function<void()> onClose_;
 };
 
 }  // namespace quenlio

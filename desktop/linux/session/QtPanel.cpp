@@ -1,5 +1,6 @@
 #include "desktop/linux/session/QtPanel.h"
 
+#include <QtGui/QScreen>
 #include <QtWidgets/QApplication>
 #include <algorithm>
 #include <utility>
@@ -23,6 +24,7 @@ QtPanel::QtPanel(const Rect<Screen>& contentRect, const UserIntent& intent, Comp
   applyFrame(contentRect);
   compositorWatch_ = compositor.isThere().subscribe(
       weak_.bind([](QtPanel& self, bool isThere) { self.window_.setComposited(isThere); }));
+  screenChanges_.emplace(weak_.bind([](QtPanel& self) { self.screensChanged(); }));
 }
 
 // The window is made floating, above others, translucent and on all desktops, and stays so.
@@ -53,8 +55,9 @@ void QtPanel::setFrameOrigin(Point<Screen> origin) {
 }
 
 void QtPanel::orderFrontRegardless() {
-  if (!isVisible_) {
+  if (!isVisible_ || window_.isCovered()) {
     isVisible_ = true;
+    window_.orderOut();
     window_.showOnAllDesktops();
   }
   window_.raise();
@@ -66,11 +69,14 @@ void QtPanel::makeKeyAndOrderFront() {
 }
 
 void QtPanel::makeKeyWindow() {
-  if (!isVisible_ || !mayTakeKeyboard()) {
+  if (!isVisible_) {
     return;
   }
-  // Also when the window is said to be active: right after a hiding that is still the answer of before.
-  window_.activateWindow();
+  window_.raise();
+  if (!mayTakeKeyboard()) {
+    return;
+  }
+  window_.takeKeyboard();
   // Hiding takes the activity from the widget at once and from its window only when the server's word comes. A window
   // that is shown again before that never hears that it has become active, so its widget has to be told.
   if (QGuiApplication::focusWindow() == window_.windowHandle() && !window_.isActiveWindow()) {
@@ -85,8 +91,10 @@ void QtPanel::makeContentViewFirstResponder() {
 }
 
 void QtPanel::orderOut() {
+  // First, while the panel still counts as shown: going, the window lets go of what the pointer holds, and the end of a
+  // move is heard only of a panel that is there.
+  window_.orderOut();
   isVisible_ = false;
-  window_.hide();
 }
 
 void QtPanel::runAnimationGroup(const PanelAnimation& animation, std::function<void()> completion) {
@@ -98,16 +106,17 @@ bool QtPanel::isKeyWindow() const {
 }
 
 std::optional<ScreenInfo> QtPanel::screen() const {
-  std::optional<ScreenInfo> best;
+  const ScreenGeometry geometry = ScreenGeometry::current();
+  const QScreen* best = nullptr;
   double most = 0;
-  for (const ScreenInfo& candidate : QtScreens().screens()) {
-    const double area = overlap(candidate.frame, frame_);
+  for (const QScreen* candidate : QGuiApplication::screens()) {
+    const double area = overlap(geometry.fromQt(candidate->geometry()), frame_);
     if (area > most) {
       most = area;
       best = candidate;
     }
   }
-  return best;
+  return best != nullptr ? std::optional(QtScreens::infoFor(*best)) : std::nullopt;
 }
 
 void QtPanel::setOnKeyDown(std::function<bool(const KeyEvent&)> onKeyDown) {
@@ -122,6 +131,11 @@ void QtPanel::applyAlpha(double alpha) {
 void QtPanel::applyFrame(const Rect<Screen>& frame) {
   frame_ = frame;
   window_.setGeometry(ScreenGeometry::current().toQt(frame));
+}
+
+void QtPanel::screensChanged() {
+  animator_.leaveFrame();
+  frame_ = ScreenGeometry::current().fromQt(window_.geometry());
 }
 
 bool QtPanel::mayTakeKeyboard() const {

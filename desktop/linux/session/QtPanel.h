@@ -8,6 +8,7 @@
 #pragma once
 
 #include <QtWidgets/QWidget>
+#include <optional>
 
 #include "core/base/Subscription.h"
 #include "core/base/WeakOwner.h"
@@ -16,6 +17,7 @@
 #include "desktop/linux/session/CompositorWatch.h"
 #include "desktop/linux/session/PanelAnimator.h"
 #include "desktop/linux/session/PanelWindow.h"
+#include "desktop/linux/session/ScreenChanges.h"
 #include "desktop/linux/session/UserIntent.h"
 
 namespace quenlio {
@@ -28,6 +30,8 @@ class QtPanel final : public Panel, private PanelAnimator::Target {
   void setContentView(std::unique_ptr<QWidget> content) { window_.setContent(std::move(content)); }
   // What the content's body looks like; it changes with the size and the appearance.
   void setSurface(const PanelSurface& surface) { window_.setSurface(surface); }
+  // Who wants the panel closed from without, as by a window manager's key, is told to this; the panel itself stays.
+  void setOnClose(std::function<void()> onClose) { window_.setOnClose(std::move(onClose)); }
   [[nodiscard]] const QWidget& window() const { return window_; }
 
   void setFloatingPanel(bool floating) override;
@@ -57,6 +61,8 @@ class QtPanel final : public Panel, private PanelAnimator::Target {
   void applyAlpha(double alpha) override;
   void applyFrame(const Rect<Screen>& frame) override;
   [[nodiscard]] bool mayTakeKeyboard() const;
+  // The window has stayed where it is, and that place has other numbers now.
+  void screensChanged();
 
   const UserIntent& intent_;
   PanelWindow window_;
@@ -65,6 +71,7 @@ class QtPanel final : public Panel, private PanelAnimator::Target {
   double alpha_ = 1;
   bool isVisible_ = false;
   Subscription compositorWatch_;
+  std::optional<ScreenChanges> screenChanges_;  // once the panel stands
   WeakOwner<QtPanel> weak_{this};
 };
 

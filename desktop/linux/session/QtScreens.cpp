@@ -5,8 +5,21 @@
 #include <QtGui/QScreen>
 
 #include "desktop/linux/session/ScreenGeometry.h"
+#include "desktop/linux/session/X11Windows.h"
 
 namespace quenlio {
+namespace {
+
+// With several screens Qt gives each as a whole: the desktop's one work area says nothing of a single screen.
+QRect visibleGeometry(const QScreen& screen) {
+  if (QGuiApplication::screens().size() < 2 || x11::connection() == nullptr) {
+    return screen.availableGeometry();
+  }
+  const QRect pixels = x11::toPixels(screen.geometry(), screen);
+  return x11::toPoints(workArea(pixels, x11::desktopSize(), x11::struts()), screen);
+}
+
+}  // namespace
 
 std::uint32_t QtScreens::screenNumber(std::string_view connector, std::string_view serial) {
   std::uint32_t hash = 2166136261U;
@@ -27,7 +40,7 @@ std::uint32_t QtScreens::screenNumber(std::string_view connector, std::string_vi
 ScreenInfo QtScreens::infoFor(const QScreen& screen) {
   const ScreenGeometry geometry = ScreenGeometry::current();
   return {.frame = geometry.fromQt(screen.geometry()),
-          .visibleFrame = geometry.fromQt(screen.availableGeometry()),
+          .visibleFrame = geometry.fromQt(visibleGeometry(screen)),
           .screenNumber = screenNumber(screen.name().toStdString(), screen.serialNumber().toStdString())};
 }
 

@@ -1,5 +1,5 @@
-// The one place where the desktop's coordinates, y growing downward from the top left of the primary screen, and the
-// program's, y growing upward from its bottom left, turn into one another. Main thread.
+// The one place where the desktop's coordinates, y growing downward from the top left of all screens, and the
+// program's, y growing upward from the bottom left of the primary screen, turn into one another. Main thread.
 #pragma once
 
 #include <QtCore/QPoint>
@@ -11,8 +11,8 @@ namespace quenlio {
 
 class ScreenGeometry {
  public:
-  // The height of the primary screen in points.
-  explicit ScreenGeometry(double primaryHeight) : primaryHeight_(primaryHeight) {}
+  // The primary screen in the desktop's coordinates, points.
+  explicit ScreenGeometry(const QRect& primary) : left_(primary.x()), bottom_(primary.y() + primary.height()) {}
   // As the desktop is now.
   [[nodiscard]] static ScreenGeometry current();
 
@@ -24,7 +24,8 @@ class ScreenGeometry {
   [[nodiscard]] QRect toQt(const Rect<Screen>& rect) const;
 
  private:
-  double primaryHeight_;
+  double left_;
+  double bottom_;
 };
 
 }  // namespace quenlio

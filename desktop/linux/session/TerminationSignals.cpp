@@ -1,5 +1,7 @@
 #include "desktop/linux/session/TerminationSignals.h"
 
+#include <QtCore/QCoreApplication>
+#include <QtCore/QEvent>
 #include <cstdint>
 #include <sys/eventfd.h>
 #include <unistd.h>
@@ -37,6 +39,16 @@ TerminationSignals::TerminationSignals(std::function<void()> terminate)
   for (std::size_t i = 0; i < kSignals.size(); ++i) {
     sigaction(kSignals[i], &action, &previous_[i]);
   }
+  QCoreApplication::instance()->installEventFilter(this);
+}
+
+// A logout asks each window first, and one that does not close would refuse it.
+bool TerminationSignals::eventFilter(QObject* object, QEvent* event) {
+  const bool isLogout = event->type() == QEvent::Quit && object == QCoreApplication::instance();
+  if (isLogout) {
+    terminate_();
+  }
+  return isLogout;
 }
 
 TerminationSignals::~TerminationSignals() {

@@ -1,5 +1,5 @@
-// Turns SIGTERM, SIGINT and SIGHUP into an orderly end. One at a time; made on the main thread after the application
-// object. The signals' handlers before it are put back when it goes.
+// Turns SIGTERM, SIGINT, SIGHUP and the desktop's logout into an orderly end. One at a time; made on the main thread
+// after the application object. The signals' handlers before it are put back when it goes.
 #pragma once
 
 #include <QtCore/QSocketNotifier>
@@ -9,15 +9,17 @@
 
 namespace quenlio {
 
-class TerminationSignals {
+class TerminationSignals final : private QObject {
  public:
   // The callback runs on the main thread, from the event loop, at the first signal and each further one.
   explicit TerminationSignals(std::function<void()> terminate);
   TerminationSignals(const TerminationSignals&) = delete;
   TerminationSignals& operator=(const TerminationSignals&) = delete;
-  ~TerminationSignals();
+  ~TerminationSignals() override;
 
  private:
+  bool eventFilter(QObject* object, QEvent* event) override;
+
   static constexpr std::array kSignals{SIGTERM, SIGINT, SIGHUP};
 
   std::function<void()> terminate_;

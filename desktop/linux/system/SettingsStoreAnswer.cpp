@@ -22,11 +22,10 @@ std::optional<std::string> SettingsStoreAnswer::get(std::string_view schema, std
   }
   if (asking_ == nullptr && state != state_) {
     auto asking = std::make_shared<Asking>();
-    worker_->run(QualityOfService::utility,
-                 [gsettings = gsettings_, schema = std::string(schema), key = std::string(key), asking] {
-                   asking->printed = gsettings(schema, key);
-                   asking->isDone = true;
-                 });
+    worker_->run([gsettings = gsettings_, schema = std::string(schema), key = std::string(key), asking] {
+      asking->printed = gsettings(schema, key);
+      asking->isDone = true;
+    });
     state_ = state;
     asking_ = std::move(asking);
   }

@@ -31,8 +31,9 @@ class SettingsStoreAnswer {
   bool isKnown_ = false;
   std::optional<FileStamp> state_;  // before the asking: a change meanwhile is seen afterwards
   std::optional<std::string> printed_;
-  std::shared_ptr<Asking> asking_;                                       // while the store is asked
-  std::unique_ptr<WorkerPool> worker_ = std::make_unique<WorkerPool>();  // on the heap, so that this can be moved
+  std::shared_ptr<Asking> asking_;  // while the store is asked
+  // On the heap, so that this can be moved.
+  std::unique_ptr<WorkerPool> worker_ = std::make_unique<WorkerPool>(WorkerPool::Priority::background);
 };
 
 }  // namespace quenlio

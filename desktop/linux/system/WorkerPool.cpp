@@ -1,6 +1,7 @@
 #include "desktop/linux/system/WorkerPool.h"
 
 #include <pthread.h>
+#include <sys/resource.h>
 #include <system_error>
 #include <thread>
 #include <utility>
@@ -8,18 +9,19 @@
 namespace quenlio {
 namespace {
 constexpr int kMaximumThreads = 2;
-}
+constexpr int kBackgroundNiceness = 10;
+}  // namespace
 
 WorkerPool::~WorkerPool() {
   std::unique_lock lock(mutex_);
-  auto dropped = std::pair(std::exchange(awaited_, {}), std::exchange(others_, {}));
+  auto dropped = std::exchange(waiting_, {});
   lock.unlock();
-  dropped = {};  // what it holds is let go of outside the lock
+  dropped.clear();  // what it holds is let go of outside the lock
   lock.lock();
   idle_.wait(lock, [this] { return running_ == 0; });
 }
 
-void WorkerPool::run(QualityOfService quality, Task task) {
+void WorkerPool::run(Task task) {
   const std::scoped_lock lock(mutex_);
   if (running_ < kMaximumThreads) {
     try {
@@ -31,15 +33,20 @@ void WorkerPool::run(QualityOfService quality, Task task) {
       }
     }
   }
-  (quality == QualityOfService::userInitiated ? awaited_ : others_).push_back(std::move(task));
+  waiting_.push_back(std::move(task));
 }
 
 void WorkerPool::work() {
   pthread_setname_np(pthread_self(), "Quenlio.worker");
+  if (priority_ == Priority::background) {
+    // Of this thread alone, as Linux has it. A refusal costs nothing but speed elsewhere.
+    (void)::setpriority(PRIO_PROCESS, 0, kBackgroundNiceness);
+  }
   std::unique_lock lock(mutex_);
-  while (!awaited_.empty() || !others_.empty()) {
+  while (!waiting_.empty()) {
     {
-      const Task task = takeNext();
+      const Task task = std::move(waiting_.front());
+      waiting_.pop_front();
       lock.unlock();
       task();
     }  // what the task holds is let go of outside the lock
@@ -48,13 +55,6 @@ void WorkerPool::work() {
   --running_;
   // Under the lock: the pool may be gone as soon as it is let go of.
   idle_.notify_all();
-}
-
-Task WorkerPool::takeNext() {
-  auto& waiting = awaited_.empty() ? others_ : awaited_;
-  Task task = std::move(waiting.front());
-  waiting.pop_front();
-  return task;
 }
 
 }  // namespace quenlio

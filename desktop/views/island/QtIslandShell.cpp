@@ -17,6 +17,7 @@ void QtIslandShell::setContentView(Panel& panel, const IslandOverlayRootViewMode
   // Every panel that reaches this comes from makePanel. X11 hands the first press on an inactive window to it as any
   // other, so nothing has to be wrapped for that.
   auto& qtPanel = static_cast<QtPanel&>(panel);
+  qtPanel.setOnClose(model.onClose);
   qtPanel.setContentView(std::make_unique<IslandOverlayRootView>(
       model, IslandOverlayRootView::Shell{
                  .scheduler = dependencies_.scheduler,

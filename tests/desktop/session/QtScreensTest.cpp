@@ -10,16 +10,25 @@ namespace quenlio {
 namespace {
 
 TEST(ScreenGeometry, turnsTheScreenUpward) {
-  const ScreenGeometry geometry(800);
+  const ScreenGeometry geometry({0, 0, 1280, 800});
   EXPECT_EQ(geometry.fromQt(QRect(10, 20, 100, 50)), (Rect<Screen>{{10, 730}, {100, 50}}));
   EXPECT_EQ(geometry.toQt({{10, 730}, {100, 50}}), QRect(10, 20, 100, 50));
   // On a second screen above the first.
   EXPECT_EQ(geometry.fromQt(QRect(0, -600, 1000, 600)), (Rect<Screen>{{0, 800}, {1000, 600}}));
 }
 
+// As with a second screen that stands to the left and begins above.
+TEST(ScreenGeometry, countsFromTheBottomLeftOfAPrimaryScreenThatIsNotInTheCorner) {
+  const ScreenGeometry geometry({1920, 100, 1280, 800});
+  EXPECT_EQ(geometry.fromQt(QRect(1920, 100, 1280, 800)), (Rect<Screen>{{0, 0}, {1280, 800}}));
+  EXPECT_EQ(geometry.fromQt(QRect(0, 0, 1920, 1080)), (Rect<Screen>{{-1920, -180}, {1920, 1080}}));
+  EXPECT_EQ(geometry.fromQt(QPoint(1920, 100)), (Point<Screen>{0.5, 799.5}));
+  EXPECT_EQ(geometry.toQt({{-1920, -180}, {1920, 1080}}), QRect(0, 0, 1920, 1080));
+}
+
 // Whichever edges of a rectangle count as inside, a pixel on one side of an edge is on that side.
 TEST(ScreenGeometry, aPixelIsItsCentreSoThatNoEdgeRunsThroughIt) {
-  const ScreenGeometry geometry(800);
+  const ScreenGeometry geometry({0, 0, 1280, 800});
   EXPECT_EQ(geometry.fromQt(QPoint(100, 200)), (Point<Screen>{100.5, 599.5}));
   const QRect area(10, 20, 30, 40);
   const Rect<Screen> frame = geometry.fromQt(area);
@@ -36,8 +45,8 @@ TEST(ScreenGeometry, aPixelIsItsCentreSoThatNoEdgeRunsThroughIt) {
 }
 
 TEST(ScreenGeometry, roundsToWholePointsWithoutChangingTheSize) {
-  EXPECT_EQ(ScreenGeometry(800).toQt({{10.4, 100.4}, {232, 232}}), QRect(10, 468, 232, 232));
-  EXPECT_EQ(ScreenGeometry(800).toQt({{10.6, 100.6}, {232, 232}}), QRect(11, 467, 232, 232));
+  EXPECT_EQ(ScreenGeometry({0, 0, 1280, 800}).toQt({{10.4, 100.4}, {232, 232}}), QRect(10, 468, 232, 232));
+  EXPECT_EQ(ScreenGeometry({0, 0, 1280, 800}).toQt({{10.6, 100.6}, {232, 232}}), QRect(11, 467, 232, 232));
 }
 
 TEST(QtScreens, numberIsAHashOfConnectorAndSerial) {

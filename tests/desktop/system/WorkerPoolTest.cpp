@@ -1,4 +1,5 @@
-// Detached work: two threads at most, what the user waits for first, and no thread counted that was never made.
+// Detached work: two threads at most, in order, and no thread counted that was never made.
+#include <algorithm>
 #include <array>
 #include <atomic>
 #include <future>
@@ -6,6 +7,7 @@
 #include <memory>
 #include <mutex>
 #include <pthread.h>
+#include <sys/resource.h>
 #include <system_error>
 #include <thread>
 #include <vector>
@@ -51,49 +53,53 @@ class NoNewThreads {
   bool isSet_ = false;
 };
 
-TEST(WorkerPool, beginsWhatTheUserWaitsForBeforeOtherWorkThatWaits) {
+TEST(WorkerPool, beginsWorkInTheOrderInWhichItCame) {
   std::array<Gate, 2> gates;
-  std::mutex mutex;
   std::vector<int> order;
   std::promise<void> done;
-  const auto noting = [&](int number) {
-    return [&, number] {
-      const std::scoped_lock lock(mutex);
-      order.push_back(number);
-      if (order.size() == 6) {
-        done.set_value();
-      }
-    };
-  };
-  WorkerPool pool;
+  WorkerPool pool{WorkerPool::Priority::normal};
   for (Gate& gate : gates) {
-    pool.run(QualityOfService::utility, gate.task());
+    pool.run(gate.task());
     gate.entered.get_future().wait();
   }
-  pool.run(QualityOfService::utility, noting(4));
-  pool.run(QualityOfService::unspecified, noting(5));
-  pool.run(QualityOfService::userInitiated, noting(1));
-  pool.run(QualityOfService::utility, noting(6));
-  pool.run(QualityOfService::userInitiated, noting(2));
-  pool.run(QualityOfService::userInitiated, noting(3));
+  for (int number = 1; number <= 3; ++number) {
+    pool.run([&, number] {
+      order.push_back(number);
+      if (number == 3) {
+        done.set_value();
+      }
+    });
+  }
   gates[0].open.set_value();  // one thread alone, so that the order can be seen
   done.get_future().wait();
   gates[1].open.set_value();
-  EXPECT_EQ(order, (std::vector<int>{1, 2, 3, 4, 5, 6}));
+  EXPECT_EQ(order, (std::vector<int>{1, 2, 3}));
+}
+
+TEST(WorkerPool, standsBackInTheBackgroundOnly) {
+  const int own = getpriority(PRIO_PROCESS, 0);
+  for (const auto priority : {WorkerPool::Priority::normal, WorkerPool::Priority::background}) {
+    std::promise<int> niceness;
+    auto told = niceness.get_future();
+    WorkerPool pool{priority};
+    pool.run([&niceness] { niceness.set_value(getpriority(PRIO_PROCESS, 0)); });
+    const int expected = priority == WorkerPool::Priority::normal ? own : std::max(own, 10);
+    EXPECT_EQ(told.get(), expected);
+  }
 }
 
 TEST(WorkerPool, runsTwoAtATime) {
   std::array<Gate, 2> gates;
-  WorkerPool pool;
+  WorkerPool pool{WorkerPool::Priority::normal};
   std::promise<void> third;
   for (Gate& gate : gates) {
-    pool.run(QualityOfService::utility, gate.task());
+    pool.run(gate.task());
   }
   for (Gate& gate : gates) {
     gate.entered.get_future().wait();  // both have begun, and neither is done
   }
   auto ran = third.get_future();
-  pool.run(QualityOfService::userInitiated, [&third] { third.set_value(); });
+  pool.run([&third] { third.set_value(); });
   EXPECT_EQ(ran.wait_for(std::chrono::seconds(0)), std::future_status::timeout);
   gates[0].open.set_value();
   ran.wait();
@@ -105,9 +111,9 @@ TEST(WorkerPool, dropsWhatWaitsAndWaitsForWhatRuns) {
   std::atomic<int> finished = 0;
   bool hasRun = false;
   {
-    WorkerPool pool;
+    WorkerPool pool{WorkerPool::Priority::normal};
     for (Gate& gate : gates) {
-      pool.run(QualityOfService::utility, [&finished, task = gate.task()] {
+      pool.run([&finished, task = gate.task()] {
         task();
         ++finished;
       });
@@ -119,7 +125,7 @@ TEST(WorkerPool, dropsWhatWaitsAndWaitsForWhatRuns) {
         gate.open.set_value();
       }
     });
-    pool.run(QualityOfService::userInitiated, [&hasRun, opener] { hasRun = true; });
+    pool.run([&hasRun, opener] { hasRun = true; });
   }
   EXPECT_EQ(finished, 2);
   EXPECT_FALSE(hasRun);
@@ -127,26 +133,26 @@ TEST(WorkerPool, dropsWhatWaitsAndWaitsForWhatRuns) {
 
 TEST(WorkerPool, countsNoThreadThatCouldNotBeMade) {
   std::promise<void> done;
-  WorkerPool pool;
+  WorkerPool pool{WorkerPool::Priority::normal};
   {
     const NoNewThreads none;
     ASSERT_TRUE(none.isSet());
-    EXPECT_THROW(pool.run(QualityOfService::utility, [] { FAIL() << "nobody was to run this"; }), std::system_error);
+    EXPECT_THROW(pool.run([] { FAIL() << "nobody was to run this"; }), std::system_error);
   }
-  pool.run(QualityOfService::utility, [&done] { done.set_value(); });
+  pool.run([&done] { done.set_value(); });
   done.get_future().wait();
 }  // and its end waits for no thread that never was
 
 TEST(WorkerPool, leavesWorkToTheThreadThatIsThereWhenNoSecondOneCanBeMade) {
   Gate gate;
   std::promise<void> done;
-  WorkerPool pool;
-  pool.run(QualityOfService::utility, gate.task());
+  WorkerPool pool{WorkerPool::Priority::normal};
+  pool.run(gate.task());
   gate.entered.get_future().wait();
   {
     const NoNewThreads none;
     ASSERT_TRUE(none.isSet());
-    pool.run(QualityOfService::utility, [&done] { done.set_value(); });
+    pool.run([&done] { done.set_value(); });
   }
   gate.open.set_value();
   done.get_future().wait();
