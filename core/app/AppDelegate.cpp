@@ -2,13 +2,10 @@
 
 #include <utility>
 
-#include "core/base/ImageExtensions.h"
-#include "core/editor/ScreenshotEditorManager.h"
 #include "core/identity/AppIdentity.h"
 #include "core/identity/LegacyIdentifiers.h"
 #include "core/platform/Application.h"
 #include "core/platform/FileManager.h"
-#include "core/platform/OpenPanel.h"
 #include "core/platform/ProcessInfo.h"
 #include "core/settings/ScreenshotThumbnailPreference.h"
 
@@ -87,6 +84,13 @@ AppDelegate::AppDelegate(const Platform& platform, const AppServices& services,
                        .ingest = [this](const FileURL& url) { store().ingestScreenshot(url, std::nullopt); },
                        .handleNewScreenshot = [this](const FileURL& url) { handleNewScreenshot(url, std::nullopt); },
                        .checkForUpdates = [this] { checkForUpdates(); }}),
+      editorEntry_({.files = platform.files,
+                    .directories = platform.directories,
+                    .openPanel = platform.openPanel,
+                    .scheduler = platform.scheduler,
+                    .editors = services.editors,
+                    .diagnostics = releaseTestDiagnostics_,
+                    .store = [this]() -> ScreenshotStore& { return store(); }}),
       islandHotKey_(platform.hotKeys, platform.log) {}
 
 AppDelegate::~AppDelegate() = default;
@@ -296,41 +300,15 @@ void AppDelegate::openIslandToolFromShortcut() {
 }
 
 void AppDelegate::openEditorFromMenu(const std::optional<FileURL>& url) {
-  const auto& items = store().items.get();
-  if (url) {
-    openEditor(*url);
-  } else if (!items.empty()) {
-    openEditor(FileURL(items.front().fileURL));
-  } else if (const auto chosen = promptForEditorImage()) {
-    openEditor(*chosen);
-  }
+  editorEntry_.openEditorFromMenu(url);
 }
 
 void AppDelegate::openEditor(const FileURL& url) {
-  const FileURL file = url.standardized();
-  const bool isOpenable =
-      platform_.files.fileExistsAtPath(file) && !platform_.files.isDirectory(file) && hasImageExtension(file);
-  if (!isOpenable) {
-    return;
-  }
-  services_.editors.open(file, [saved = weak_.bind([](AppDelegate& self, const FileURL& edited) {
-                           self.store().refreshEditedScreenshot(edited);
-                           self.releaseTestDiagnostics_.record("editor_saved", {{"path", edited.path()}});
-                         }),
-                                &scheduler = platform_.scheduler](const FileURL& edited) {
-    scheduler.post([saved, edited] { saved(edited); });
-  });
+  editorEntry_.openEditor(url);
 }
 
 std::optional<FileURL> AppDelegate::promptForEditorImage() {
-  return platform_.openPanel.runModal({
-      .title = "Open Image in Editor",
-      .prompt = "Open",
-      .canChooseFiles = true,
-      .allowedContentTypes = {ContentType::png, ContentType::jpeg, ContentType::heic, ContentType::tiff,
-                              ContentType::pdf},
-      .directoryURL = platform_.directories.homeDirectory().appending("Desktop"),
-  });
+  return editorEntry_.promptForEditorImage();
 }
 
 void AppDelegate::requestFolderAccess() {

@@ -8,6 +8,7 @@
 #include <optional>
 
 #include "core/app/CaptureTrigger.h"
+#include "core/app/EditorEntry.h"
 #include "core/app/IslandHotKey.h"
 #include "core/app/RequestChannel.h"
 #include "core/app/RunReport.h"
@@ -64,9 +65,7 @@ class AppDelegate {
   void openIslandToolFromMenu();
   // The same, but a second time hides it.
   void openIslandToolFromShortcut();
-  // The editor on this file, else on the newest screenshot, else on a file that the user chooses.
   void openEditorFromMenu(const std::optional<FileURL>& url);
-  // Does nothing unless the file is there and a picture.
   void openEditor(const FileURL& url);
   [[nodiscard]] std::optional<FileURL> promptForEditorImage();
 
@@ -110,6 +109,7 @@ class AppDelegate {
   RunReport report_;
   ScreenshotArrival arrival_;
   RequestChannel requestChannel_;
+  EditorEntry editorEntry_;
   IslandHotKey islandHotKey_;
   std::unique_ptr<ScreenshotStore> store_;
   std::unique_ptr<IslandOverlayController> overlayController_;
