@@ -195,7 +195,7 @@ class Writer {
   void newLine() {
     if (pretty_) {
       out_ += '\n';
-      out_.append(static_cast<std::size_t>(2 * level_), ' ');
+      out_.append(2 * level_, ' ');
     }
   }
 
@@ -256,7 +256,7 @@ class Writer {
   }
 
   bool pretty_;
-  int level_ = 0;
+  std::size_t level_ = 0;
   std::string out_;
 };
 

@@ -1,6 +1,7 @@
 #include "core/library/ScreenshotStore.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "core/base/ImageExtensions.h"
 #include "core/diagnostics/QuenlioReleaseTestDiagnostics.h"
@@ -61,7 +62,7 @@ void ScreenshotStore::ingestScreenshot(FileURL url, std::optional<DisplayID> sou
   select(item.id);
   pruneIfNeeded();
   pinned_.persist();
-  makeThumbnailLater(url, item.id);
+  makeThumbnailLater(std::move(url), item.id);
   syncReleaseTestDiagnostics();
 }
 
@@ -78,7 +79,7 @@ void ScreenshotStore::refreshEditedScreenshot(FileURL url) {
     item.fileSize = attributes.size.value_or(item.fileSize);
     item.createdAt = attributes.creationDate.value_or(item.createdAt);
   });
-  makeThumbnailLater(url, id);
+  makeThumbnailLater(std::move(url), id);
   syncReleaseTestDiagnostics();
 }
 
@@ -114,7 +115,7 @@ void ScreenshotStore::pruneIfNeeded() {
   normalizeSelection(std::nullopt, true);
 }
 
-void ScreenshotStore::makeThumbnailLater(const FileURL& url, const Uuid& id) {
+void ScreenshotStore::makeThumbnailLater(FileURL url, const Uuid& id) {
   auto deliver = weak_.bind([](ScreenshotStore& self, const Uuid& itemID, const ImageRef& thumbnail) {
     if (self.find(itemID) != nullptr) {
       self.items.mutate(
@@ -122,7 +123,7 @@ void ScreenshotStore::makeThumbnailLater(const FileURL& url, const Uuid& id) {
     }
   });
   dependencies_.scheduler.detached(
-      QualityOfService::utility, [deliver, url, id, alive = std::weak_ptr(isAlive_),
+      QualityOfService::utility, [deliver, url = std::move(url), id, alive = std::weak_ptr(isAlive_),
                                   &thumbnails = dependencies_.thumbnails, &scheduler = dependencies_.scheduler] {
         if (alive.expired()) {
           return;

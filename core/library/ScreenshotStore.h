@@ -69,7 +69,7 @@ class ScreenshotStore {
  private:
   void createStorageIfNeeded();
   void pruneIfNeeded();
-  void makeThumbnailLater(const FileURL& url, const Uuid& id);
+  void makeThumbnailLater(FileURL url, const Uuid& id);
   void syncReleaseTestDiagnostics();
   [[nodiscard]] const ScreenshotItem* find(const Uuid& id) const;
 

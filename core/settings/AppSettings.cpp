@@ -119,6 +119,7 @@ std::optional<Enumeration> fromRawValue(std::string_view raw) {
 template <class Enumeration>
 std::vector<Enumeration> allCases() {
   std::vector<Enumeration> cases;
+  cases.reserve(RawValues<Enumeration>::names.size());
   for (const std::string_view raw : RawValues<Enumeration>::names) {
     cases.push_back(*fromRawValue<Enumeration>(raw));
   }
