@@ -67,9 +67,11 @@ PlatformResult<Done> answer(const FileURL& url, std::string_view whatFailed, int
 
 }  // namespace
 
+// Not to be allowed to look is no proof that nothing is there: a folder that is locked for a while must not empty the
+// library.
 bool LinuxFileManager::fileExistsAtPath(const FileURL& url) const {
   struct stat status {};
-  return ::stat(url.path().c_str(), &status) == 0;
+  return ::stat(url.path().c_str(), &status) == 0 || errno == EACCES;
 }
 
 bool LinuxFileManager::isDirectory(const FileURL& url) const {

@@ -23,6 +23,7 @@ class LinuxFileManager final : public FileManager {
   // The clock is the one that file times are taken from. Both outlive this object.
   LinuxFileManager(OwnFiles& own, const Clock& clock) : own_(own), clock_(clock) {}
 
+  // True also where the answer is not for us to know.
   [[nodiscard]] bool fileExistsAtPath(const FileURL& url) const override;
   [[nodiscard]] bool isDirectory(const FileURL& url) const override;
   [[nodiscard]] bool isReadableFileAtPath(const FileURL& url) const override;

@@ -2,7 +2,10 @@
 #include <gtest/gtest.h>
 #include <map>
 #include <set>
+#include <sys/stat.h>
+#include <sys/wait.h>
 #include <sys/xattr.h>
+#include <unistd.h>
 
 #include "core/base/ImageExtensions.h"
 
@@ -197,6 +200,27 @@ TEST_F(LinuxFileManagerTest, questionsFollowLinks) {
   EXPECT_TRUE(files.isReadableFileAtPath(folder / "here"));
   EXPECT_FALSE(files.isReadableFileAtPath(folder / "broken"));
   EXPECT_FALSE(files.isDirectory(folder / "none"));
+}
+
+// A process of an ordinary user's, since root may look everywhere; its status is the answer.
+TEST_F(LinuxFileManagerTest, aFileInAFolderThatIsLockedIsNotSaidToBeGone) {
+  std::filesystem::create_directory((folder / "locked").path());
+  writeFile(folder / "locked/a.png", samples::png());
+  ASSERT_EQ(::chmod(folder.url().path().c_str(), 0755), 0);
+  ASSERT_EQ(::chmod((folder / "locked").path().c_str(), 0), 0);
+  constexpr uid_t nobody = 65534;
+  const pid_t child = ::fork();
+  if (child == 0) {
+    const bool isOrdinary = ::geteuid() != 0 || ::setresuid(nobody, nobody, nobody) == 0;
+    const bool isThere = files.fileExistsAtPath(folder / "locked/a.png");
+    const bool isGone = !files.fileExistsAtPath(folder / "none.png");
+    const bool isReadable = files.isReadableFileAtPath(folder / "locked/a.png");
+    ::_exit(isOrdinary && isThere && isGone && !isReadable ? 0 : 1);
+  }
+  int status = -1;
+  ASSERT_EQ(::waitpid(child, &status, 0), child);
+  EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
+  ASSERT_EQ(::chmod((folder / "locked").path().c_str(), 0755), 0);
 }
 
 TEST_F(LinuxFileManagerTest, foldersAreMadeWithThoseAboveThem) {
