@@ -1,12 +1,26 @@
 #include "desktop/LinuxPlatform.h"
 
 #include <QtGui/QGuiApplication>
+#include <QtGui/QScreen>
+#include <algorithm>
 
 #include "core/diagnostics/QuenlioReleaseTestConfiguration.h"
 
 #include "desktop/linux/system/GSettings.h"
 
 namespace quenlio {
+namespace {
+
+// A thumbnail may be shown on any screen.
+double densestScale() {
+  double scale = 1;
+  for (const QScreen* screen : QGuiApplication::screens()) {
+    scale = std::max(scale, screen->devicePixelRatio());
+  }
+  return scale;
+}
+
+}  // namespace
 
 LinuxPlatform::LinuxPlatform(const LinuxProcessInfo& process, const LinuxMainBundle& bundle,
                              const QuenlioReleaseTestConfiguration& configuration, UserIntent& intent)
@@ -25,8 +39,13 @@ LinuxPlatform::LinuxPlatform(const LinuxProcessInfo& process, const LinuxMainBun
       application_(intent),
       hotKeys_(intent),
       decoder_(ChildDecoder(LinuxMainBundle::executableURL().parent().appending("quenlio-decoder"))),
-      // The screens are asked once: a thumbnail is made on another thread, where they must not be touched.
-      thumbnails_(decoder_, [scale = qGuiApp->devicePixelRatio()] { return scale; }) {}
+      thumbnailScale_(densestScale()),
+      screenChanges_([&scale = thumbnailScale_] { scale = densestScale(); }),
+      thumbnails_(decoder_, [&scale = thumbnailScale_] { return scale.load(); }) {}
+
+LinuxPlatform::~LinuxPlatform() {
+  decoder_.stop();
+}
 
 Platform LinuxPlatform::platform() {
   return {

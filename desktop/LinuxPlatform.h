@@ -2,6 +2,8 @@
 // application object; outlives the application's logic.
 #pragma once
 
+#include <atomic>
+
 #include "core/platform/Platform.h"
 
 #include "desktop/linux/session/CompositorWatch.h"
@@ -12,6 +14,7 @@
 #include "desktop/linux/session/QtEventMonitors.h"
 #include "desktop/linux/session/QtOpenPanel.h"
 #include "desktop/linux/session/QtScreens.h"
+#include "desktop/linux/session/ScreenChanges.h"
 #include "desktop/linux/session/UserIntent.h"
 #include "desktop/linux/session/X11HotKeys.h"
 #include "desktop/linux/session/X11ScreenCaptureAccess.h"
@@ -41,6 +44,8 @@ class LinuxPlatform {
                 const QuenlioReleaseTestConfiguration& configuration, UserIntent& intent);
   LinuxPlatform(const LinuxPlatform&) = delete;
   LinuxPlatform& operator=(const LinuxPlatform&) = delete;
+  // Ends the decoding children, for which the workers would have to be waited for.
+  ~LinuxPlatform();
 
   [[nodiscard]] Platform platform();
   [[nodiscard]] CompositorWatch& compositor() { return compositor_; }
@@ -72,6 +77,10 @@ class LinuxPlatform {
   X11ScreenCaptureAccess screenCapture_;
   CompositorWatch compositor_;
   ImageDecoder decoder_;
+  // That of the densest screen, kept up to date: a thumbnail is made on another thread, where the screens must not be
+  // touched.
+  std::atomic<double> thumbnailScale_;
+  ScreenChanges screenChanges_;
   QtThumbnailRenderer thumbnails_;
   MainQueue scheduler_;  // the first to go: it waits for work on other threads, which uses the others
 };

@@ -4,12 +4,14 @@
 #include <cstdlib>
 #include <malloc.h>
 #include <memory>
+#include <optional>
 
 #include "core/app/AppDelegate.h"
 #include "core/editor/ScreenshotEditorManager.h"
 
 #include "desktop/LinuxPlatform.h"
 #include "desktop/linux/session/DisplayChoice.h"
+#include "desktop/linux/session/PlainTheme.h"
 #include "desktop/linux/session/SingleInstance.h"
 #include "desktop/linux/session/TerminationSignals.h"
 #include "desktop/render/QtImage.h"
@@ -84,7 +86,9 @@ int main(int argc, char** argv) {
     LinuxSystemLog().NSLog("There is no X display to show the island on.");
     return EXIT_FAILURE;
   }
+  std::optional<PlainTheme> theme(std::in_place);
   QApplication application(argc, argv);
+  theme.reset();
   QApplication::setApplicationName(QStringLiteral("quenlio"));
   QApplication::setDesktopFileName(QStringLiteral("com.quenlio.app"));
   // Before any window, so that a session without one does not end the program.

@@ -53,6 +53,36 @@ std::optional<DecodedImage> readAnswer(ChildProcess& child, const Fit& fit, Chil
 
 }  // namespace
 
+// One child, among those that stop() kills, for as long as somebody waits for it.
+class ChildDecoder::Running {
+ public:
+  Running(Children& children, const ChildProcess& child) : children_(children), child_(child) {
+    const std::scoped_lock lock(children_.mutex);
+    children_.running.insert(&child_);
+    if (children_.isStopped) {
+      child_.kill();
+    }
+  }
+  Running(const Running&) = delete;
+  Running& operator=(const Running&) = delete;
+  ~Running() {
+    const std::scoped_lock lock(children_.mutex);
+    children_.running.erase(&child_);
+  }
+
+ private:
+  Children& children_;
+  const ChildProcess& child_;
+};
+
+void ChildDecoder::stop() const {
+  const std::scoped_lock lock(children_->mutex);
+  children_->isStopped = true;
+  for (const ChildProcess* child : children_->running) {
+    child->kill();
+  }
+}
+
 std::optional<DecodedImage> ChildDecoder::decode(int descriptor, PictureKind kind, const Fit& fit) const {
   const auto deadline = std::chrono::steady_clock::now() + patience_;
   const auto kindName = std::ranges::find(decoder::kKinds, kind, &decoder::NamedKind::kind)->name;
@@ -60,7 +90,11 @@ std::optional<DecodedImage> ChildDecoder::decode(int descriptor, PictureKind kin
   auto child = ChildProcess::start({program_.path(), std::string(kindName), std::to_string(fit.canvas.width()),
                                     std::to_string(fit.canvas.height()), std::string(modeName)},
                                    descriptor);
-  return child ? readAnswer(*child, fit, deadline) : std::nullopt;
+  if (!child) {
+    return std::nullopt;
+  }
+  const Running running(*children_, *child);
+  return readAnswer(*child, fit, deadline);
 }
 
 }  // namespace quenlio

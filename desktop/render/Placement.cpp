@@ -5,14 +5,17 @@
 
 namespace quenlio {
 
+QRectF centred(const QSizeF& shape, QSize canvas) {
+  const QSizeF drawn = shape.scaled(canvas, Qt::KeepAspectRatio);
+  return {QPointF((canvas.width() - drawn.width()) / 2, (canvas.height() - drawn.height()) / 2), drawn};
+}
+
 Placement placed(QSize source, const Fit& fit) {
+  if (fit.mode == Fit::Mode::centred) {
+    return {fit.canvas, centred(source, fit.canvas)};
+  }
   const double scale = std::min(static_cast<double>(fit.canvas.width()) / source.width(),
                                 static_cast<double>(fit.canvas.height()) / source.height());
-  if (fit.mode == Fit::Mode::centred) {
-    const QSizeF drawn = QSizeF(source) * scale;
-    const QPointF origin((fit.canvas.width() - drawn.width()) * 0.5, (fit.canvas.height() - drawn.height()) * 0.5);
-    return {fit.canvas, QRectF(origin, drawn)};
-  }
   const double bounded = fit.mode == Fit::Mode::within ? std::min(scale, 1.0) : scale;
   const auto side = [bounded](int length) { return std::max(1, static_cast<int>(std::lround(length * bounded))); };
   const QSize canvas(side(source.width()), side(source.height()));

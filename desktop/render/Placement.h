@@ -28,6 +28,9 @@ struct Placement {
 // The source has at least one pixel.
 [[nodiscard]] Placement placed(QSize source, const Fit& fit);
 
+// Where a picture of this shape stands, in pixels, when it is as large as it fits in the middle of the canvas.
+[[nodiscard]] QRectF centred(const QSizeF& shape, QSize canvas);
+
 // The largest picture that is opened: what claims more is no screenshot but a bomb, and is refused by its header alone.
 inline constexpr int kLongestSide = 32'768;
 inline constexpr double kMostPixels = 200e6;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QImage>
+#include <QRectF>
 #include <utility>
 
 #include "core/platform/Image.h"
@@ -10,15 +11,21 @@ namespace quenlio {
 
 class QtImage final : public Image {
  public:
-  // The pixels are ARGB32_Premultiplied; the size is in points, whatever number of pixels it is drawn from.
-  QtImage(QImage image, Size points) : image_(std::move(image)), points_(points) {}
+  // The pixels are ARGB32_Premultiplied; the size is in points, whatever number of pixels it is drawn from. The picture
+  // is the image as a whole.
+  QtImage(QImage image, Size points) : QtImage(image, points, image.rect()) {}
+  // A canvas, and where on it the picture stands, in pixels. Its pixels cannot tell: it may be clear at its own edges.
+  QtImage(QImage canvas, Size points, const QRectF& picture)
+      : image_(std::move(canvas)), points_(points), picture_(picture) {}
 
   [[nodiscard]] Size size() const override { return points_; }
   [[nodiscard]] const QImage& image() const { return image_; }
+  [[nodiscard]] const QRectF& picture() const { return picture_; }
 
  private:
   const QImage image_;
   const Size points_;
+  const QRectF picture_;
 };
 
 }  // namespace quenlio

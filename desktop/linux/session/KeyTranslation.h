@@ -26,7 +26,7 @@ inline constexpr std::uint16_t kUnknownKeyCode = 0xffff;
 inline constexpr std::uint32_t kX11KeyCodeOffset = 8;
 
 // The characters are those of the key with Shift alone; keys without a character give the control or function-key
-// character that the given platform has for them.
+// character that goes with these key codes.
 [[nodiscard]] KeyEvent keyEventFrom(const QKeyEvent& event);
 
 }  // namespace quenlio

@@ -8,50 +8,20 @@
 #include <QtGui/QScreen>
 #include <QtGui/QWindow>
 #include <algorithm>
-#include <array>
 #include <utility>
+#include <vector>
 #include <xcb/shape.h>
 
 #include "desktop/linux/session/KeyTranslation.h"
+#include "desktop/linux/session/PanelHints.h"
 #include "desktop/linux/session/X11Windows.h"
 
 namespace quenlio {
 namespace {
 
-constexpr std::uint32_t kAllDesktops = 0xffffffff;
-constexpr char kWindowClass[] = "quenlio\0Quenlio";  // instance and class, each with its closing zero
-
-void replaceProperty(xcb_window_t window, const char* name, xcb_atom_t type, const std::uint32_t* values,
-                     std::uint32_t count) {
-  xcb_change_property(x11::connection(), XCB_PROP_MODE_REPLACE, window, x11::atom(name), type, 32, count, values);
-}
-
-using States = std::array<std::uint32_t, 4>;
-States panelStates() {
-  return {x11::atom("_NET_WM_STATE_ABOVE"), x11::atom("_NET_WM_STATE_STICKY"), x11::atom("_NET_WM_STATE_SKIP_TASKBAR"),
-          x11::atom("_NET_WM_STATE_SKIP_PAGER")};
-}
-
-// No window manager lets the user move, resize or put away a window with these hints: where the panel is, is for it to
-// say. Its own wishes are heard all the same.
-constexpr std::uint32_t kHasFunctionsAndDecorations = 1 | 2;
-constexpr std::uint32_t kCanBeClosed = 32;
-constexpr std::array<std::uint32_t, 5> kMotifHints{kHasFunctionsAndDecorations, kCanBeClosed, 0, 0, 0};
-
-constexpr std::uint32_t kAddState = 1;
-constexpr std::uint32_t kFromApplication = 1;
-
-void sendToWindowManager(xcb_window_t window, const char* type, const std::array<std::uint32_t, 5>& data) {
-  xcb_client_message_event_t event{};
-  event.response_type = XCB_CLIENT_MESSAGE;
-  event.format = 32;
-  event.window = window;
-  event.type = x11::atom(type);
-  std::copy(data.begin(), data.end(), event.data.data32);
-  xcb_send_event(x11::connection(), 0, x11::rootWindow(),
-                 XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
-                 reinterpret_cast<const char*>(&event));
-}
+// How long a window manager is given to let go of the window, before it is shown past it.
+constexpr int kTryEvery = 5;  // milliseconds
+constexpr int kMostTries = 100;
 
 // The pixels whose centre is inside the rounded rectangle.
 QRegion roundedRegion(const QSize& size, double radius) {
@@ -143,10 +113,40 @@ void PanelWindow::showOnAllDesktops() {
     show();
     return;
   }
-  setBypassesWindowManager(isBelowFullScreenWindow());
-  announceStates();
+  const bool bypasses = isBelowFullScreenWindow();
+  if (bypasses && isManaged()) {
+    triesLeft_ = kMostTries;
+    wait_.start(kTryEvery, this);
+    return;
+  }
+  showNow(bypasses);
+}
+
+void PanelWindow::showNow(bool bypasses) {
+  wait_.stop();
+  setBypassesWindowManager(bypasses);
+  announcePanel(id());
   show();
-  requestStates();
+  requestPanelStates(id());
+  if (std::exchange(wantsKeyboard_, false)) {
+    takeKeyboard();
+  }
+}
+
+void PanelWindow::timerEvent(QTimerEvent* event) {
+  if (event->timerId() != wait_.timerId()) {
+    QWidget::timerEvent(event);
+  } else if (!isManaged() || --triesLeft_ == 0) {
+    showNow(true);
+    raise();
+  }
+}
+
+// A window manager that learns late of the window's going puts it away once more by itself.
+bool PanelWindow::isManaged() const {
+  constexpr std::uint32_t withdrawn = 0;
+  const std::vector<std::uint32_t> state = x11::numbers(id(), "WM_STATE");
+  return !state.empty() && state.front() != withdrawn;
 }
 
 bool PanelWindow::isCovered() const {
@@ -164,27 +164,11 @@ void PanelWindow::setBypassesWindowManager(bool bypasses) {
   xcb_change_window_attributes(x11::connection(), id(), XCB_CW_OVERRIDE_REDIRECT, &value);
 }
 
-// For a window that is not shown: the window manager reads these when it is.
-void PanelWindow::announceStates() {
-  xcb_change_property(x11::connection(), XCB_PROP_MODE_REPLACE, id(), XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, 8,
-                      sizeof kWindowClass, kWindowClass);
-  replaceProperty(id(), "_MOTIF_WM_HINTS", x11::atom("_MOTIF_WM_HINTS"), kMotifHints.data(),
-                  static_cast<std::uint32_t>(kMotifHints.size()));
-  replaceProperty(id(), "_NET_WM_DESKTOP", XCB_ATOM_CARDINAL, &kAllDesktops, 1);
-  const States states = panelStates();
-  replaceProperty(id(), "_NET_WM_STATE", XCB_ATOM_ATOM, states.data(), static_cast<std::uint32_t>(states.size()));
-}
-
-// For a window that is shown. A panel that comes back right after it went may meet a window manager that is still
-// tidying up after its going, and wipes what has just been announced; it reads these afterwards.
-void PanelWindow::requestStates() {
-  sendToWindowManager(id(), "_NET_WM_DESKTOP", {kAllDesktops, kFromApplication, 0, 0, 0});
-  const States states = panelStates();
-  sendToWindowManager(id(), "_NET_WM_STATE", {kAddState, states[0], states[1], kFromApplication, 0});
-  sendToWindowManager(id(), "_NET_WM_STATE", {kAddState, states[2], states[3], kFromApplication, 0});
-}
-
 void PanelWindow::takeKeyboard() {
+  if (wait_.isActive()) {
+    wantsKeyboard_ = true;
+    return;
+  }
   if (!bypassesWindowManager_) {
     // Also when the window is said to be active: right after a hiding that is still the answer of before.
     activateWindow();
@@ -205,6 +189,8 @@ void PanelWindow::giveKeyboardBack() {
 }
 
 void PanelWindow::orderOut() {
+  wait_.stop();
+  wantsKeyboard_ = false;
   giveKeyboardBack();
   hide();
 }

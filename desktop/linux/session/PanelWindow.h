@@ -5,6 +5,7 @@
 // the window manager, which then does nothing more for it: it has to take the keyboard, and to give it back, by itself.
 #pragma once
 
+#include <QtCore/QBasicTimer>
 #include <QtGui/QColor>
 #include <QtWidgets/QWidget>
 #include <functional>
@@ -39,7 +40,8 @@ class PanelWindow final : public QWidget {
   void setOnClose(std::function<void()> onClose) { onClose_ = std::move(onClose); }
 
   // Shows the window on all desktops, above others and in no list of windows. A window manager forgets that each time
-  // the window goes, so every showing tells it again, and decides anew whether to go past it.
+  // the window goes, so every showing tells it again, and decides anew whether to go past it. That may take a moment,
+  // when the window manager has not yet noticed that the window went.
   void showOnAllDesktops();
   // Whether the window is shown, but below a window that fills the screen: showing it anew brings it above.
   [[nodiscard]] bool isCovered() const;
@@ -54,6 +56,7 @@ class PanelWindow final : public QWidget {
   void resizeEvent(QResizeEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
+  void timerEvent(QTimerEvent* event) override;
   bool eventFilter(QObject* object, QEvent* event) override;
 
  private:
@@ -61,9 +64,9 @@ class PanelWindow final : public QWidget {
 
   [[nodiscard]] xcb_window_t id() const { return static_cast<xcb_window_t>(winId()); }
   [[nodiscard]] bool isBelowFullScreenWindow() const;
+  [[nodiscard]] bool isManaged() const;
+  void showNow(bool bypasses);
   void setBypassesWindowManager(bool bypasses);
-  void announceStates();
-  void requestStates();
   void giveKeyboardBack();
   void shape();
 
@@ -72,6 +75,9 @@ class PanelWindow final : public QWidget {
   PanelSurface surface_;
   bool composited_ = true;
   bool bypassesWindowManager_ = false;
+  QBasicTimer wait_;  // runs until the window manager has let go of the window, which is then shown past it
+  int triesLeft_ = 0;
+  bool wantsKeyboard_ = false;              // as soon as it is shown
   xcb_window_t keyboardsOwner_ = XCB_NONE;  // from whom it was taken past the window manager
   std::function<bool(const KeyEvent&)> onKeyDown_;
   std::function<void()> onClose_;

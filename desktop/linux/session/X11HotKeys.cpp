@@ -52,9 +52,10 @@ std::uint16_t numLock() {
   return modifierOf(kNumLock, XCB_MOD_MASK_2);
 }
 
-std::array<std::uint16_t, 4> lockVariants() {
-  const std::uint16_t number = numLock();
-  return {0, XCB_MOD_MASK_LOCK, number, static_cast<std::uint16_t>(XCB_MOD_MASK_LOCK | number)};
+std::array<std::uint16_t, 4> lockVariants(std::uint16_t modifiers) {
+  const unsigned number = numLock();
+  const auto with = [modifiers](unsigned locks) { return static_cast<std::uint16_t>(modifiers | locks); };
+  return {with(0), with(XCB_MOD_MASK_LOCK), with(number), with(XCB_MOD_MASK_LOCK | number)};
 }
 
 std::uint16_t x11Modifiers(std::uint32_t modifiers) {
@@ -87,8 +88,9 @@ OSStatus X11HotKeys::RegisterEventHotKey(HotKeyCombination combination, HotKeyID
   if (x11::connection() == nullptr || !evdev || *evdev + kX11KeyCodeOffset > 0xff) {
     return paramErr;
   }
-  const Grab grab{static_cast<std::uint8_t>(*evdev + kX11KeyCodeOffset), x11Modifiers(combination.modifiers)};
-  const bool isOurs = std::ranges::any_of(grabs_, [&grab](const auto& entry) { return entry.second == grab; });
+  const Press press{static_cast<std::uint8_t>(*evdev + kX11KeyCodeOffset), x11Modifiers(combination.modifiers)};
+  const Grab grab{press, lockVariants(press.modifiers)};
+  const bool isOurs = std::ranges::any_of(grabs_, [&press](const auto& entry) { return entry.second.press == press; });
   if (isOurs || !grabAll(grab)) {
     return eventHotKeyExistsErr;
   }
@@ -117,9 +119,8 @@ void X11HotKeys::RemoveEventHandler(EventHandlerRef reference) {
 // All four or none.
 bool X11HotKeys::grabAll(const Grab& grab) const {
   std::vector<xcb_void_cookie_t> cookies;
-  for (const std::uint16_t locks : lockVariants()) {
-    cookies.push_back(xcb_grab_key_checked(x11::connection(), 0, x11::rootWindow(),
-                                           static_cast<std::uint16_t>(grab.modifiers | locks), grab.keyCode,
+  for (const std::uint16_t modifiers : grab.variants) {
+    cookies.push_back(xcb_grab_key_checked(x11::connection(), 0, x11::rootWindow(), modifiers, grab.press.keyCode,
                                            XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC));
   }
   bool isTaken = false;
@@ -134,9 +135,8 @@ bool X11HotKeys::grabAll(const Grab& grab) const {
 }
 
 void X11HotKeys::ungrabAll(const Grab& grab) const {
-  for (const std::uint16_t locks : lockVariants()) {
-    xcb_ungrab_key(x11::connection(), grab.keyCode, x11::rootWindow(),
-                   static_cast<std::uint16_t>(grab.modifiers | locks));
+  for (const std::uint16_t modifiers : grab.variants) {
+    xcb_ungrab_key(x11::connection(), grab.press.keyCode, x11::rootWindow(), modifiers);
   }
   xcb_flush(x11::connection());
 }
@@ -163,8 +163,9 @@ bool X11HotKeys::nativeEventFilter(const QByteArray& eventType, void* message, q
   return false;
 }
 
-void X11HotKeys::pressed(const Grab& press, std::uint32_t time) {
-  const bool isGrabbed = std::ranges::any_of(grabs_, [&press](const auto& entry) { return entry.second == press; });
+void X11HotKeys::pressed(const Press& press, std::uint32_t time) {
+  const bool isGrabbed =
+      std::ranges::any_of(grabs_, [&press](const auto& entry) { return entry.second.press == press; });
   // A held key repeats as press after press, or, where the server is not asked to tell them apart, with a release at
   // the very same time before each.
   const bool isRepetition = held_ == press.keyCode || releasedAt_ == time;

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <QtCore/QAbstractNativeEventFilter>
+#include <array>
 #include <cstdint>
 #include <map>
 #include <optional>
@@ -34,14 +35,19 @@ class X11HotKeys final : public HotKeys, private QAbstractNativeEventFilter {
   void RemoveEventHandler(EventHandlerRef reference) override;
 
  private:
-  struct Grab {
+  struct Press {
     std::uint8_t keyCode;
     std::uint16_t modifiers;
-    bool operator==(const Grab&) const = default;
+    bool operator==(const Press&) const = default;
+  };
+  struct Grab {
+    Press press;
+    // The modifiers with each state of the locks, as they were grabbed: which modifier a lock is may change later.
+    std::array<std::uint16_t, 4> variants;
   };
 
   bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;
-  void pressed(const Grab& press, std::uint32_t time);
+  void pressed(const Press& press, std::uint32_t time);
   [[nodiscard]] bool grabAll(const Grab& grab) const;
   void ungrabAll(const Grab& grab) const;
 

@@ -72,6 +72,10 @@ int pixel(std::uint32_t value) {
 
 }  // namespace
 
+std::vector<std::uint32_t> numbers(xcb_window_t window, const char* property) {
+  return answer(ask(window, property));
+}
+
 bool isCoveredByFullScreenWindow(const QRect& rect) {
   if (connection() == nullptr) {
     return false;

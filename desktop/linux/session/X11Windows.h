@@ -15,6 +15,9 @@ QT_END_NAMESPACE
 
 namespace quenlio::x11 {
 
+// The numbers or atoms of a window's property; none for a window that is gone.
+[[nodiscard]] std::vector<std::uint32_t> numbers(xcb_window_t window, const char* property);
+
 // Whether a window that fills the screen and is not hidden covers all of this rectangle.
 [[nodiscard]] bool isCoveredByFullScreenWindow(const QRect& rect);
 

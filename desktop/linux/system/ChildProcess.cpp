@@ -84,6 +84,11 @@ ChildProcess::~ChildProcess() {
   }
 }
 
+// The number stays the child's own until it is reaped, which is when this object goes.
+void ChildProcess::kill() const {
+  ::kill(process_, SIGKILL);
+}
+
 bool ChildProcess::read(void* bytes, std::size_t count, Deadline deadline) {
   auto* next = static_cast<char*>(bytes);
   while (count > 0) {

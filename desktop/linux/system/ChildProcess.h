@@ -1,5 +1,5 @@
 // A program that we start for its output, and that ends with this object at the latest: it is killed and reaped, so
-// none is left behind. Movable; any one thread at a time.
+// none is left behind. Movable; any one thread at a time, but for what says otherwise.
 #pragma once
 
 #include <chrono>
@@ -28,6 +28,9 @@ class ChildProcess {
   ChildProcess(const ChildProcess&) = delete;
   ChildProcess& operator=(const ChildProcess&) = delete;
   ~ChildProcess();
+
+  // Kills it now. Who reads meets the end of the output. Any thread, also while another one reads.
+  void kill() const;
 
   // Fills the bytes with the next output. False when the program ends, or the deadline passes, before there is that
   // much.

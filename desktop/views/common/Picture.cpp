@@ -1,48 +1,25 @@
 #include "desktop/views/common/Picture.h"
 
 #include <QtGui/QPainter>
-#include <algorithm>
 
 #include "desktop/render/QtImage.h"
 
 namespace quenlio {
-namespace {
-
-bool isClearRow(const QImage& image, int y) {
-  const auto* line = reinterpret_cast<const QRgb*>(image.constScanLine(y));
-  return std::all_of(line, line + image.width(), [](QRgb pixel) { return qAlpha(pixel) == 0; });
-}
-
-bool isClearColumn(const QImage& image, int x) {
-  for (int y = 0; y < image.height(); ++y) {
-    if (qAlpha(reinterpret_cast<const QRgb*>(image.constScanLine(y))[x]) != 0) {
-      return false;
-    }
-  }
-  return true;
-}
-
-}  // namespace
 
 QImage pixelsOf(const ImageRef& image) {
   const auto* qtImage = dynamic_cast<const QtImage*>(image.get());
   return qtImage != nullptr ? qtImage->image() : QImage();
 }
 
-QRect pictureOnCanvas(const QImage& canvas) {
-  if (canvas.format() != QImage::Format_ARGB32_Premultiplied) {
-    return canvas.rect();
+QRect pictureOnCanvas(const ImageRef& image) {
+  const auto* qtImage = dynamic_cast<const QtImage*>(image.get());
+  if (qtImage == nullptr || qtImage->image().isNull()) {
+    return {};
   }
-  int top = 0;
-  while (2 * (top + 1) < canvas.height() && isClearRow(canvas, top) && isClearRow(canvas, canvas.height() - 1 - top)) {
-    ++top;
-  }
-  int left = 0;
-  while (2 * (left + 1) < canvas.width() && isClearColumn(canvas, left) &&
-         isClearColumn(canvas, canvas.width() - 1 - left)) {
-    ++left;
-  }
-  return canvas.rect().adjusted(left, top, -left, -top);
+  // What rounding has pushed over a pixel's edge is none of it.
+  constexpr double fuzz = 1e-6;
+  const QRectF exact = qtImage->picture().adjusted(fuzz, fuzz, -fuzz, -fuzz);
+  return exact.toAlignedRect() & qtImage->image().rect();
 }
 
 QSize fitted(const QSize& shape, const QSize& bounds) {
@@ -59,6 +36,8 @@ QImage roundedPicture(const QImage& image, const QRect& source, const QSize& siz
   const QImage part = source == image.rect() ? image : image.copy(source);
   const QImage scaled = part.size() == size ? part : part.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
   QImage result = scaled.convertToFormat(QImage::Format_ARGB32_Premultiplied);
+  // A copy keeps the density of its image, by which painting into it would be scaled.
+  result.setDevicePixelRatio(1);
   QImage corners(size, QImage::Format_ARGB32_Premultiplied);
   corners.fill(Qt::transparent);
   QPainter mask(&corners);

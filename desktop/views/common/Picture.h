@@ -12,14 +12,15 @@ namespace quenlio {
 // The pixels of an image that came through the platform's seam; a null image for none.
 [[nodiscard]] QImage pixelsOf(const ImageRef& image);
 
-// Where the picture is on its transparent canvas: a thumbnail is drawn in the middle of one that has another shape.
-// Margins that both sides have in common are taken off; a picture without margins is its whole self.
-[[nodiscard]] QRect pictureOnCanvas(const QImage& canvas);
+// Where the picture is on its transparent canvas, in whole pixels: a thumbnail is drawn in the middle of one that has
+// another shape. Pixels that the picture covers in part belong to it. Empty for no image.
+[[nodiscard]] QRect pictureOnCanvas(const ImageRef& image);
 
 // The largest size of this shape within these bounds, at least one pixel each way.
 [[nodiscard]] QSize fitted(const QSize& shape, const QSize& bounds);
 
-// The part of the source as a picture of exactly this size, its corners rounded. The radius is in pixels.
+// The part of the source as a picture of exactly this size, its corners rounded. All lengths are in pixels, and one
+// pixel of the result is one point of it, whatever the image says of its density.
 [[nodiscard]] QImage roundedPicture(const QImage& image, const QRect& source, const QSize& size, double radius);
 
 // The middle of the source that has the shape of this size.

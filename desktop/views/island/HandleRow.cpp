@@ -27,6 +27,7 @@ HandleRow::HandleRow(QWidget* parent, Callbacks callbacks) : QWidget(parent), ca
 void HandleRow::apply(const IslandPalette& palette, const IslandLayoutMetrics& metrics) {
   palette_ = palette;
   controlSize_ = metrics.toolbarControlSize;
+  contentInset_ = metrics.toolbarContentInset;
   close_.apply(palette, metrics.toolbarIconSize);
   layOut();
   update();
@@ -34,7 +35,7 @@ void HandleRow::apply(const IslandPalette& palette, const IslandLayoutMetrics& m
 
 void HandleRow::layOut() {
   const int side = static_cast<int>(controlSize_);
-  close_.setGeometry(width() - side, (height() - side) / 2, side, side);
+  close_.setGeometry(width() - static_cast<int>(contentInset_) - side, (height() - side) / 2, side, side);
 }
 
 void HandleRow::resizeEvent(QResizeEvent* /*event*/) {

@@ -47,6 +47,7 @@ class HandleRow final : public QWidget {
   CloseButton close_{this};
   IslandPalette palette_;
   double controlSize_ = 24;
+  double contentInset_ = 0;  // on both sides
   std::optional<Drag> drag_;
   WeakOwner<HandleRow> weak_{this};
 };

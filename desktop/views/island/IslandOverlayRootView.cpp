@@ -1,15 +1,26 @@
 #include "desktop/views/island/IslandOverlayRootView.h"
 
 #include <QtGui/QPainter>
+#include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "core/island/IslandOverlayPresentationState.h"
 #include "core/library/ScreenshotStore.h"
 #include "core/settings/AppSettings.h"
 
+#include "desktop/linux/session/CubicBezier.h"
 #include "desktop/views/common/Pixels.h"
 
 namespace quenlio {
+namespace {
+
+constexpr IslandSize kSizes[] = {IslandSize::extraSmall, IslandSize::small, IslandSize::medium, IslandSize::large,
+                                 IslandSize::xLarge};
+constexpr Seconds kFadeStep{0.016};
+constexpr TimingCurve kEaseOut{{0, 0, 0.58, 1}};
+
+}  // namespace
 
 IslandOverlayRootView::IslandOverlayRootView(const IslandOverlayRootViewModel& model, Shell shell)
     : model_(model),
@@ -41,13 +52,8 @@ void IslandOverlayRootView::observe() {
 
 void IslandOverlayRootView::refresh() {
   const IslandOverlayPresentationState& state = model_.presentationState;
-  const auto palette = IslandPalette::forAppearance(state.appearanceStyle.get(), state.increaseContrast.get());
-  const IslandLayoutMetrics& metrics = IslandLayoutMetrics::forSize(model_.settings.islandSize.get());
-  if (palette != palette_ || metrics != metrics_) {
-    palette_ = palette;
-    metrics_ = metrics;
-    applyLook();
-  }
+  turnTo(IslandPalette::forAppearance(state.appearanceStyle.get(), state.increaseContrast.get()));
+  useMetrics(IslandLayoutMetrics::forSize(model_.settings.islandSize.get()));
 
   const ScreenshotStore& store = model_.store;
   const ScreenshotItem* selected = store.selectedItem();
@@ -63,6 +69,39 @@ void IslandOverlayRootView::refresh() {
   emptyState_.setVisible(isEmpty);
   strip_.show(
       {.items = store.items.get(), .primary = store.selectedItemID.get(), .selected = store.selectedItemIDs.get()});
+}
+
+void IslandOverlayRootView::turnTo(const IslandPalette& palette) {
+  if (palette == target_) {
+    return;
+  }
+  target_ = palette;
+  origin_ = palette_;
+  faded_ = Seconds::zero();
+  fade();
+  if (palette_ != target_) {
+    fade_ = shell_.scheduler.every(kFadeStep, Seconds::zero(),
+                                   weak_.bind([](IslandOverlayRootView& self) { self.fade(); }));
+  }
+}
+
+// The first step, at the very start, changes nothing yet, unless there is no time to take or nobody to see it.
+void IslandOverlayRootView::fade() {
+  const Seconds whole = model_.presentationState.appearanceTransition;
+  const bool isOver = faded_ >= whole || !isVisible();
+  palette_ = IslandPalette::between(origin_, target_, isOver ? 1 : progress(kEaseOut, faded_ / whole));
+  faded_ += kFadeStep;
+  if (isOver) {
+    fade_.cancel();
+  }
+  applyLook();
+}
+
+void IslandOverlayRootView::useMetrics(const IslandLayoutMetrics& metrics) {
+  if (metrics != metrics_) {
+    metrics_ = metrics;
+    applyLook();
+  }
 }
 
 void IslandOverlayRootView::applyLook() {
@@ -100,7 +139,13 @@ void IslandOverlayRootView::layOut() {
   place(strip_, top, m.trayHeight);
 }
 
+// The panel's new square comes while the setting is still being announced. The square tells which size it is of, so
+// that no frame of one size is painted with the lengths of another.
 void IslandOverlayRootView::resizeEvent(QResizeEvent* /*event*/) {
+  const auto* size = std::ranges::find(kSizes, static_cast<double>(width()), IslandLayoutMetrics::panelSide);
+  if (size != std::end(kSizes)) {
+    useMetrics(IslandLayoutMetrics::forSize(*size));
+  }
   layOut();
 }
 

@@ -10,6 +10,7 @@
 #include "core/base/WeakOwner.h"
 #include "core/island/IslandLayoutMetrics.h"
 #include "core/island/IslandOverlayRootViewModel.h"
+#include "core/platform/Scheduler.h"
 
 #include "desktop/linux/session/PanelWindow.h"
 #include "desktop/views/common/ViewRefresh.h"
@@ -42,12 +43,19 @@ class IslandOverlayRootView final : public QWidget {
  private:
   void observe();
   void refresh();
+  void turnTo(const IslandPalette& palette);
+  void fade();
+  void useMetrics(const IslandLayoutMetrics& metrics);
   void applyLook();
   void layOut();
 
   IslandOverlayRootViewModel model_;
   Shell shell_;
   IslandPalette palette_ = IslandPalette::forAppearance(IslandAppearanceStyle::light, false);
+  IslandPalette target_ = palette_;  // what the palette is on its way to
+  IslandPalette origin_ = palette_;  // from where
+  Seconds faded_{0};                 // how long it has been on its way
+  ScheduledTask fade_;               // only while it is
   IslandLayoutMetrics metrics_ = IslandLayoutMetrics::forSize(IslandSize::extraSmall);
   HandleRow handle_;
   MainPreview preview_;

@@ -1,7 +1,24 @@
 #include "desktop/views/island/IslandPalette.h"
 
+#include <array>
+
 namespace quenlio {
 namespace {
+
+constexpr std::array kColours{
+    &IslandPalette::tone,          &IslandPalette::bodyTop,         &IslandPalette::bodyBottom,
+    &IslandPalette::edgeTop,       &IslandPalette::edgeBottom,      &IslandPalette::textPrimary,
+    &IslandPalette::textSecondary, &IslandPalette::wellFill,        &IslandPalette::wellStroke,
+    &IslandPalette::plateFill,     &IslandPalette::thumbnailStroke, &IslandPalette::selectedStroke,
+    &IslandPalette::controlFill,   &IslandPalette::glyph,           &IslandPalette::grip,
+    &IslandPalette::accent,        &IslandPalette::accentText};
+static_assert(sizeof(IslandPalette) == kColours.size() * sizeof(QColor), "a colour would not be mixed");
+
+QColor mixed(const QColor& from, const QColor& to, double share) {
+  const auto channel = [share](float a, float b) { return static_cast<float>(a + (b - a) * share); };
+  return QColor::fromRgbF(channel(from.redF(), to.redF()), channel(from.greenF(), to.greenF()),
+                          channel(from.blueF(), to.blueF()), channel(from.alphaF(), to.alphaF()));
+}
 
 QColor white(double opacity) {
   return QColor::fromRgbF(1, 1, 1, static_cast<float>(opacity));
@@ -54,6 +71,16 @@ IslandPalette light(bool contrast) {
 
 IslandPalette IslandPalette::forAppearance(IslandAppearanceStyle style, bool increaseContrast) {
   return style == IslandAppearanceStyle::dark ? dark(increaseContrast) : light(increaseContrast);
+}
+
+IslandPalette IslandPalette::between(const IslandPalette& from, const IslandPalette& to, double share) {
+  IslandPalette result = to;
+  if (share < 1) {
+    for (const auto colour : kColours) {
+      result.*colour = mixed(from.*colour, to.*colour, share);
+    }
+  }
+  return result;
 }
 
 }  // namespace quenlio

@@ -27,6 +27,8 @@ struct IslandPalette {
   QColor accentText;
 
   [[nodiscard]] static IslandPalette forAppearance(IslandAppearanceStyle style, bool increaseContrast);
+  // Each colour the share of the way from one to the other, 0 to 1.
+  [[nodiscard]] static IslandPalette between(const IslandPalette& from, const IslandPalette& to, double share);
   bool operator==(const IslandPalette&) const = default;
 };
 

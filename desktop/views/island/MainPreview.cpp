@@ -11,13 +11,16 @@
 namespace quenlio {
 
 MainPreview::MainPreview(QWidget* parent, SharpRendition sharpRendition)
-    : QLabel(parent), sharpRendition_(std::move(sharpRendition)) {}
+    : QLabel(parent), sharpRendition_(std::move(sharpRendition)), scale_(devicePixelRatioF()) {}
 
 void MainPreview::apply(const IslandPalette& palette, const IslandLayoutMetrics& metrics) {
   palette_ = palette;
-  cornerRadius_ = metrics.previewCornerRadius;
-  contentInset_ = metrics.previewContentInset;
-  picture_ = {};
+  if (cornerRadius_ != metrics.previewCornerRadius || contentInset_ != metrics.previewContentInset) {
+    cornerRadius_ = metrics.previewCornerRadius;
+    contentInset_ = metrics.previewContentInset;
+    picture_ = {};
+    askForSharpIfNeeded();
+  }
   update();
 }
 
@@ -32,7 +35,7 @@ void MainPreview::show(const ScreenshotItem* item) {
     return;
   }
   shown_ = std::move(next);
-  inThumbnail_ = pictureOnCanvas(pixelsOf(shown_ ? shown_->thumbnail : nullptr));
+  inThumbnail_ = pictureOnCanvas(shown_ ? shown_->thumbnail : nullptr);
   forgetSharp();
   askForSharpIfNeeded();
   update();
@@ -53,9 +56,8 @@ void MainPreview::hideEvent(QHideEvent* /*event*/) {
 }
 
 QSize MainPreview::roomInPixels() const {
-  const double scale = devicePixelRatioF();
-  return {static_cast<int>(std::floor((width() - 2 * contentInset_) * scale)),
-          static_cast<int>(std::floor((height() - 2 * contentInset_) * scale))};
+  return {static_cast<int>(std::floor((width() - 2 * contentInset_) * scale_)),
+          static_cast<int>(std::floor((height() - 2 * contentInset_) * scale_))};
 }
 
 // In points. As the well's where the picture has room for that, and less on a small or narrow one: corners hold things
@@ -96,6 +98,15 @@ void MainPreview::takeSharp(std::uint64_t request, const ImageRef& image) {
   update();
 }
 
+// A window that goes to a denser screen keeps its size in points: nothing but the painting tells.
+void MainPreview::follow(double scale) {
+  if (scale != scale_) {
+    scale_ = scale;
+    picture_ = {};
+    askForSharpIfNeeded();
+  }
+}
+
 void MainPreview::preparePicture() {
   if (!picture_.isNull() || !shown_) {
     return;
@@ -109,20 +120,19 @@ void MainPreview::preparePicture() {
   // A rendition that is a pixel off by rounding stays as it is: scaling it once more would only blur it.
   const bool fits = std::abs(part.width() - size.width()) <= 1 && std::abs(part.height() - size.height()) <= 1;
   const QSize pixels = fits ? part.size() : size;
-  const double scale = devicePixelRatioF();
-  picture_ = roundedPicture(source, part, pixels, pictureRadius(QSizeF(pixels) / scale) * scale);
+  picture_ = roundedPicture(source, part, pixels, pictureRadius(QSizeF(pixels) / scale_) * scale_);
 }
 
 void MainPreview::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
   const QRectF well = snappedToPixels(painter, rect());
   fillRounded(painter, well, cornerRadius_, palette_.wellFill);
+  follow(pixelsAPoint(painter));
   preparePicture();
   if (picture_.isNull()) {
     paintPlaceholder(painter);
   } else {
-    const double scale = pixelsAPoint(painter);
-    QRectF place(QPointF(), QSizeF(picture_.size()) / scale);
+    QRectF place(QPointF(), QSizeF(picture_.size()) / scale_);
     place.moveCenter(well.center());
     // Whole device pixels, or the picture would be drawn between them.
     const QPointF corner = snappedToPixels(painter, place).topLeft();

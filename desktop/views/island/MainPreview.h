@@ -2,6 +2,8 @@
 //
 // It shows the thumbnail at once. Where the place for the picture has more device pixels than the thumbnail, a sharper
 // rendition is asked for and kept for as long as the view is on the screen.
+//
+// It only shows: neither presses nor double clicks on it, nor dragging the picture out, do anything yet.
 #pragma once
 
 #include <QtGui/QImage>
@@ -43,6 +45,7 @@ class MainPreview final : public QLabel {
   void forgetSharp();
   void askForSharpIfNeeded();
   void takeSharp(std::uint64_t request, const ImageRef& image);
+  void follow(double scale);
   void preparePicture();
   void paintPlaceholder(QPainter& painter);
 
@@ -50,6 +53,7 @@ class MainPreview final : public QLabel {
   IslandPalette palette_;
   double cornerRadius_ = 17;
   double contentInset_ = 5;
+  double scale_;  // device pixels a point, as last painted
 
   struct Shown {
     Uuid id;

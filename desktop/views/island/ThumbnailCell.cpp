@@ -47,7 +47,7 @@ void ThumbnailCell::setEdgeOpacity(double opacity) {
 const QImage& ThumbnailCell::pictureAt(const QSize& pixels, double radius) {
   const QImage canvas = pixelsOf(thumbnail_);
   if (picture_.size() != pixels && !canvas.isNull()) {
-    picture_ = roundedPicture(canvas, croppedTo(pictureOnCanvas(canvas), pixels), pixels, radius);
+    picture_ = roundedPicture(canvas, croppedTo(pictureOnCanvas(thumbnail_), pixels), pixels, radius);
   }
   return picture_;
 }

@@ -1,4 +1,6 @@
 // One screenshot in the strip: a small square that selects it. Owned by the strip. Main thread.
+//
+// It knows a plain click only: no double click, no dragging out and no menu yet.
 #pragma once
 
 #include <QtGui/QImage>

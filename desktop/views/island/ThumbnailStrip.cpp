@@ -44,10 +44,24 @@ void ThumbnailStrip::show(const Contents& contents) {
   order_ = std::move(order);
   primary_ = contents.primary;
   if (moved) {
+    putCellsInOrder();
     place();
   }
   if (moved || selectedAnother) {
     scrollToPrimary();
+  }
+}
+
+// For the keyboard and for screen readers, which go by the order of focus and that of the children.
+void ThumbnailStrip::putCellsInOrder() {
+  QWidget* previous = nullptr;
+  for (const Uuid& id : order_) {
+    ThumbnailCell* cell = cells_.at(id);
+    cell->raise();
+    if (previous != nullptr) {
+      setTabOrder(previous, cell);
+    }
+    previous = cell;
   }
 }
 
@@ -104,8 +118,8 @@ void ThumbnailStrip::scrollToPrimary() {
 
 void ThumbnailStrip::place() {
   const int side = static_cast<int>(thumbSize_);
-  // As far down as the strip's inset allows, and in the middle of what is left.
-  const int top = std::max(0, (height() - side) / 2);
+  // Below the inset, or less far down where the tray is not high enough for a whole cell there.
+  const int top = std::clamp(static_cast<int>(metrics_.trayVerticalInset), 0, std::max(0, height() - side));
   for (std::size_t index = 0; index < order_.size(); ++index) {
     ThumbnailCell* cell = cells_.at(order_[index]);
     const double left = static_cast<double>(index) * step() - offset_;

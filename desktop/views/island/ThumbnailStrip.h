@@ -1,5 +1,7 @@
 // The history at the island's foot: one cell a screenshot, newest first, scrolled sideways. Owned by the root view.
 // Main thread.
+//
+// A click selects one alone: modifiers that would add to the selection, and dragging screenshots out, do nothing yet.
 #pragma once
 
 #include <QtWidgets/QWidget>
@@ -36,6 +38,7 @@ class ThumbnailStrip final : public QWidget {
  private:
   [[nodiscard]] ThumbnailCell& cellFor(const Uuid& id);
   void place();
+  void putCellsInOrder();
   void scrollTo(double offset);
   void scrollToPrimary();
   [[nodiscard]] double step() const { return thumbSize_ + thumbSpacing_; }

@@ -1,6 +1,8 @@
 // Whatever the child does, the program goes on.
 #include <cerrno>
 #include <fcntl.h>
+#include <filesystem>
+#include <future>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -103,6 +105,32 @@ TEST_F(ChildDecoderTest, killsAChildThatTakesTooLong) {
   const auto begin = std::chrono::steady_clock::now();
   EXPECT_FALSE(decodeWith("exec sleep 60", std::chrono::milliseconds(200)));
   EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(20));
+}
+
+TEST_F(ChildDecoderTest, stoppingEndsAChildThatIsWaitedFor) {
+  const FileURL started = folder_.url("started");
+  const FileURL program = folder_.write("child", "#!/bin/sh\n: >'" + started.path() + "'\nexec sleep 600\n");
+  ::chmod(program.path().c_str(), 0700);
+  const ChildDecoder decoder(program, std::chrono::minutes(9));
+  auto answer = std::async(std::launch::async,
+                           [copy = decoder, this] { return copy.decode(file_, PictureKind::tiff, kFit).has_value(); });
+  while (!std::filesystem::exists(started.path()) &&
+         answer.wait_for(std::chrono::milliseconds(2)) != std::future_status::ready) {
+  }
+  decoder.stop();
+  ASSERT_EQ(answer.wait_for(std::chrono::seconds(20)), std::future_status::ready);
+  EXPECT_FALSE(answer.get());
+}
+
+TEST_F(ChildDecoderTest, startsNothingThatIsWaitedForAfterItWasStopped) {
+  const FileURL program = folder_.write("child", "#!/bin/sh\nexec sleep 600\n");
+  ::chmod(program.path().c_str(), 0700);
+  const ChildDecoder decoder(program, std::chrono::minutes(9));
+  decoder.stop();
+  auto answer =
+      std::async(std::launch::async, [&] { return decoder.decode(file_, PictureKind::tiff, kFit).has_value(); });
+  ASSERT_EQ(answer.wait_for(std::chrono::seconds(20)), std::future_status::ready);
+  EXPECT_FALSE(answer.get());
 }
 
 TEST_F(ChildDecoderTest, leavesNoProcessBehind) {

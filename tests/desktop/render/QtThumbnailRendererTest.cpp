@@ -79,6 +79,18 @@ TEST_F(QtThumbnailRendererTest, isSharpOnADenseScreenAndKeepsItsSizeInPoints) {
   expectRows(image, 80, 359);
 }
 
+// Not by its pixels: a capture that is clear at its own edges is as large as any other.
+TEST_F(QtThumbnailRendererTest, tellsWhereOnTheCanvasThePictureStands) {
+  QImage bordered = filled({560, 280}, Qt::transparent);
+  bordered.setPixelColor(280, 140, Qt::red);
+  for (const double scale : {1.0, 2.0}) {
+    scale_ = scale;
+    const ImageRef thumbnail = renderer_.render(folder_.save("a.png", bordered, "png"), kCanvas);
+    ASSERT_NE(thumbnail, nullptr);
+    EXPECT_EQ(static_cast<const QtImage&>(*thumbnail).picture(), QRectF(0, 40 * scale, 280 * scale, 140 * scale));
+  }
+}
+
 TEST_F(QtThumbnailRendererTest, treatsEveryKindAlike) {
   const QImage red = filled({560, 280}, QColor(255, 0, 0));
   expectRows(pixels(folder_.write("a.tiff", tiffBytes(red))), 40, 179);

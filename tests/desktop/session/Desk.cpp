@@ -4,6 +4,11 @@
 #include <QtCore/QDeadlineTimer>
 #include <QtCore/QEventLoop>
 #include <QtCore/QTimer>
+#include <QtGui/QGuiApplication>
+#include <QtGui/QScreen>
+#include <cstdio>
+#include <cstdlib>
+#include <stdexcept>
 
 #include "desktop/linux/session/X11.h"
 
@@ -45,6 +50,19 @@ void movePointer(int x, int y) {
 
 void pressKeys(const QString& combination) {
   run(QStringLiteral("xdotool"), {QStringLiteral("key"), QStringLiteral("--clearmodifiers"), combination});
+}
+
+bool setScreenSize(const QString& size) {
+  const QStringList sides = size.split('x');
+  const QString xrandr = QStringLiteral("xrandr");
+  const QString mode = QStringLiteral("test") + size;
+  const QString none = QStringLiteral("0");
+  // Both fail when the mode is known from before.
+  run(xrandr, {QStringLiteral("--newmode"), mode, none, sides.at(0), none, none, none, sides.at(1), none, none, none});
+  run(xrandr, {QStringLiteral("--addmode"), QStringLiteral("screen"), mode});
+  const QSize wanted(sides.at(0).toInt(), sides.at(1).toInt());
+  return run(xrandr, {QStringLiteral("--output"), QStringLiteral("screen"), QStringLiteral("--mode"), mode}) &&
+         waitUntil([&wanted] { return QGuiApplication::primaryScreen()->size() == wanted; });
 }
 
 QColor screenPixel(int x, int y) {
@@ -134,17 +152,79 @@ bool OtherProgram::showAndTakeKeyboard(const QRect& geometry) {
   return waitUntil([this] { return focusedWindow() == window_; });
 }
 
-bool OtherProgram::showAsBar(int height) {
-  create({0, 800 - height, 1280, height});
+bool OtherProgram::showFullScreen() {
+  create({0, 0, 300, 200});
+  const xcb_atom_t fullScreen = x11::atom("_NET_WM_STATE_FULLSCREEN");
+  xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, window_, x11::atom("_NET_WM_STATE"), XCB_ATOM_ATOM, 32, 1,
+                      &fullScreen);
+  xcb_map_window(connection_, window_);
+  xcb_flush(connection_);
+  return waitUntil(
+      [this] { return focusedWindow() == window_ && geometryOnScreen(window_) == QRect(0, 0, 1280, 800); });
+}
+
+void OtherProgram::askToClose(xcb_window_t window) {
+  xcb_client_message_event_t event{};
+  event.response_type = XCB_CLIENT_MESSAGE;
+  event.format = 32;
+  event.window = window;
+  event.type = x11::atom("_NET_CLOSE_WINDOW");
+  constexpr std::uint32_t fromUser = 2;
+  event.data.data32[1] = fromUser;
+  xcb_send_event(connection_, 0, x11::rootWindow(),
+                 XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
+                 reinterpret_cast<const char*>(&event));
+  xcb_flush(connection_);
+}
+
+bool OtherProgram::showAsBar(int height, int left, int right) {
+  create({left, 800 - height, right - left + 1, height});
   const xcb_atom_t dock = x11::atom("_NET_WM_WINDOW_TYPE_DOCK");
   xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, window_, x11::atom("_NET_WM_WINDOW_TYPE"), XCB_ATOM_ATOM, 32,
                       1, &dock);
-  const std::uint32_t strut[12] = {0, 0, 0, static_cast<std::uint32_t>(height), 0, 0, 0, 0, 0, 0, 0, 1279};
+  const std::uint32_t strut[12] = {0,
+                                   0,
+                                   0,
+                                   static_cast<std::uint32_t>(height),
+                                   0,
+                                   0,
+                                   0,
+                                   0,
+                                   0,
+                                   0,
+                                   static_cast<std::uint32_t>(left),
+                                   static_cast<std::uint32_t>(right)};
   xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, window_, x11::atom("_NET_WM_STRUT_PARTIAL"),
                       XCB_ATOM_CARDINAL, 32, 12, strut);
   xcb_map_window(connection_, window_);
   xcb_flush(connection_);
   return waitUntil([this] { return isMapped(window_); });
+}
+
+TwoMonitors::TwoMonitors() {
+  const QString xrandr = QStringLiteral("xrandr");
+  const QString set = QStringLiteral("--setmonitor");
+  const bool isSet =
+      run(xrandr, {set, QStringLiteral("Left"), QStringLiteral("640/160x800/200+0+0"), QStringLiteral("screen")}) &&
+      run(xrandr, {set, QStringLiteral("Right"), QStringLiteral("640/160x800/200+640+0"), QStringLiteral("none")}) &&
+      waitUntil([] { return QGuiApplication::screens().size() == 2; });
+  if (!isSet) {
+    throw std::runtime_error("There cannot be two monitors.");
+  }
+}
+
+TwoMonitors::~TwoMonitors() {
+  for (const QString& name : {QStringLiteral("Right"), QStringLiteral("Left")}) {
+    run(QStringLiteral("xrandr"), {QStringLiteral("--delmonitor"), name});
+  }
+  const bool isGone = waitUntil([] {
+    return QGuiApplication::screens().size() == 1 &&
+           QGuiApplication::primaryScreen()->geometry() == QRect(0, 0, 1280, 800);
+  });
+  if (!isGone) {
+    std::fputs("The one monitor did not come back.\n", stderr);
+    std::abort();  // no test after this would see what it expects
+  }
 }
 
 Compositor::Compositor() {

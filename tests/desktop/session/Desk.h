@@ -24,6 +24,9 @@ bool run(const QString& program, const QStringList& arguments);
 void movePointer(int x, int y);
 void pressKeys(const QString& combination);
 
+// Another size for the one monitor, at most 1280 by 800; waits until Qt knows. Such as "1024x600".
+[[nodiscard]] bool setScreenSize(const QString& size);
+
 // The screen's pixel as the user sees it.
 [[nodiscard]] QColor screenPixel(int x, int y);
 
@@ -47,8 +50,12 @@ class OtherProgram {
 
   // Shows the window and waits until it has the keyboard.
   [[nodiscard]] bool showAndTakeKeyboard(const QRect& geometry);
-  // Shows the window as a bar of this height along the bottom of the screen.
-  [[nodiscard]] bool showAsBar(int height);
+  // Shows the window over the whole screen and everything on it, and waits until it has the keyboard.
+  [[nodiscard]] bool showFullScreen();
+  // Shows the window as a bar of this height along the bottom of the screen, or of a part of it.
+  [[nodiscard]] bool showAsBar(int height, int left = 0, int right = 1279);
+  // Asks the window manager to close a window, as its own buttons and keys do.
+  void askToClose(xcb_window_t window);
   [[nodiscard]] xcb_window_t window() const { return window_; }
   [[nodiscard]] xcb_connection_t* connection() const { return connection_; }
 
@@ -57,6 +64,15 @@ class OtherProgram {
 
   xcb_connection_t* connection_;
   xcb_window_t window_;
+};
+
+// Two monitors side by side, 640 by 800 each, in place of the one; for as long as this lives.
+class TwoMonitors {
+ public:
+  TwoMonitors();
+  ~TwoMonitors();
+  TwoMonitors(const TwoMonitors&) = delete;
+  TwoMonitors& operator=(const TwoMonitors&) = delete;
 };
 
 // A compositor for as long as this lives.

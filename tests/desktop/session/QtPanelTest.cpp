@@ -1,4 +1,5 @@
 #include <QtGui/QPainter>
+#include <QtWidgets/QLabel>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <xcb/shape.h>
@@ -15,6 +16,7 @@ namespace {
 using testing::AllOf;
 using testing::Contains;
 using testing::ElementsAre;
+using testing::Not;
 
 // Wholly red.
 class RedView final : public QWidget {
@@ -289,6 +291,115 @@ TEST_F(QtPanelTest, firstFrameOfARisingPanelIsAlreadySeen) {
   ASSERT_TRUE(waitUntil([this] { return view_->painted > 0; }));
   const QImage first = const_cast<QWidget&>(panel_.window()).grab().toImage();
   EXPECT_GT(first.pixelColor(100, 100).alphaF(), 0.2);
+}
+
+// As on a press of the window manager's key for closing.
+TEST_F(QtPanelTest, aCloseFromWithoutIsToldAndLeavesThePanelAsItIs) {
+  int closes = 0;
+  panel_.setOnClose([&closes] { ++closes; });
+  ASSERT_TRUE(show());
+  OtherProgram other;
+  other.askToClose(id());
+  ASSERT_TRUE(waitUntil([&closes] { return closes == 1; }));
+  EXPECT_TRUE(isMapped(id()));
+  EXPECT_TRUE(panel_.isVisible());
+  panel_.orderOut();
+  ASSERT_TRUE(waitUntil([this] { return !isMapped(id()); }));
+  EXPECT_TRUE(show());
+}
+
+TEST_F(QtPanelTest, bearsItsClassEachTimeItIsShown) {
+  for (int showing = 0; showing < 2; ++showing) {
+    xcb_delete_property(x11::connection(), id(), XCB_ATOM_WM_CLASS);
+    ASSERT_TRUE(show());
+    const auto cookie = xcb_get_property(x11::connection(), 0, id(), XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, 0, 64);
+    const x11::Reply<xcb_get_property_reply_t> reply(xcb_get_property_reply(x11::connection(), cookie, nullptr));
+    ASSERT_TRUE(reply);
+    EXPECT_EQ(std::string(static_cast<const char*>(xcb_get_property_value(reply.get())),
+                          static_cast<std::size_t>(xcb_get_property_value_length(reply.get()))),
+              std::string("quenlio\0Quenlio\0", 16));
+    panel_.orderOut();
+  }
+}
+
+TEST_F(QtPanelTest, standsAboveAWindowThatFillsTheScreen) {
+  OtherProgram film;
+  ASSERT_TRUE(film.showFullScreen());
+  ASSERT_TRUE(show());
+  panel_.makeKeyAndOrderFront();
+  EXPECT_TRUE(waitForPixel(kLeft + 100, kTop + 100, isRed));
+  EXPECT_EQ(focusedWindow(), film.window());
+}
+
+TEST_F(QtPanelTest, aPressAboveAFullScreenWindowTakesTheKeyboardAndHidingGivesItBack) {
+  std::vector<KeyEvent> keys;
+  panel_.setOnKeyDown([&keys](const KeyEvent& key) {
+    keys.push_back(key);
+    return true;
+  });
+  OtherProgram film;
+  ASSERT_TRUE(film.showFullScreen());
+  ASSERT_TRUE(show());
+  movePointer(kLeft + 50, kTop + 50);
+  ASSERT_TRUE(run(QStringLiteral("xdotool"), {QStringLiteral("click"), QStringLiteral("1")}));
+  ASSERT_TRUE(waitUntil([this] { return panel_.isKeyWindow() && focusedWindow() == id(); }));
+  pressKeys(QStringLiteral("c"));
+  EXPECT_TRUE(waitUntil([&keys] { return !keys.empty() && keys.back().keyCode == 8; }));
+  panel_.orderOut();
+  EXPECT_TRUE(waitUntil([&film] { return focusedWindow() == film.window(); }));
+}
+
+TEST_F(QtPanelTest, comesAboveAFullScreenWindowThatCameWhileItWasShown) {
+  ASSERT_TRUE(show());
+  ASSERT_TRUE(waitForPixel(kLeft + 100, kTop + 100, isRed));
+  OtherProgram film;
+  ASSERT_TRUE(film.showFullScreen());
+  ASSERT_TRUE(waitForPixel(kLeft + 100, kTop + 100, [](const QColor& color) { return color == QColor(Qt::white); }));
+  panel_.makeKeyAndOrderFront();
+  EXPECT_TRUE(waitForPixel(kLeft + 100, kTop + 100, isRed));
+  EXPECT_TRUE(panel_.isVisible());
+}
+
+TEST_F(QtPanelTest, isTheWindowManagersAgainOnceNoWindowFillsTheScreen) {
+  {
+    OtherProgram film;
+    ASSERT_TRUE(film.showFullScreen());
+    ASSERT_TRUE(show());
+    panel_.orderOut();
+  }
+  ASSERT_TRUE(waitUntil([] { return numbersOf(x11::rootWindow(), "_NET_CLIENT_LIST").empty(); }));
+  ASSERT_TRUE(show());
+  EXPECT_TRUE(waitUntil([this] { return numbersOf(x11::rootWindow(), "_NET_CLIENT_LIST") == std::vector{id()}; }));
+}
+
+TEST_F(QtPanelTest, makingItKeyRaisesItAlsoWhereItMayNotTakeTheKeyboard) {
+  OtherProgram other;
+  ASSERT_TRUE(other.showAndTakeKeyboard({100, 100, 300, 200}));
+  ASSERT_TRUE(show());
+  QtPanel second{corner(), intent_, compositor_};
+  auto blue = std::make_unique<QLabel>();
+  blue->setStyleSheet(QStringLiteral("background: blue"));
+  second.setContentView(std::move(blue));
+  second.orderFrontRegardless();
+  ASSERT_TRUE(waitForPixel(kLeft + 100, kTop + 100, [](const QColor& color) { return color == QColor(Qt::blue); }));
+  panel_.makeKeyWindow();
+  EXPECT_TRUE(waitForPixel(kLeft + 100, kTop + 100, isRed));
+  EXPECT_EQ(focusedWindow(), other.window());
+}
+
+TEST_F(QtPanelTest, theUserCannotMoveItByTheWindowManager) {
+  ASSERT_TRUE(show());
+  ASSERT_TRUE(waitUntil([this] { return !atomsOf(id(), "_NET_WM_ALLOWED_ACTIONS").empty(); }));
+  EXPECT_THAT(atomsOf(id(), "_NET_WM_ALLOWED_ACTIONS"),
+              AllOf(Not(Contains("_NET_WM_ACTION_MOVE")), Contains("_NET_WM_ACTION_CLOSE")));
+}
+
+TEST_F(QtPanelTest, knowsItsPlaceAlsoAfterTheScreensHaveChanged) {
+  ASSERT_TRUE(show());
+  ASSERT_TRUE(setScreenSize(QStringLiteral("1280x720")));
+  EXPECT_TRUE(waitUntil([this] { return panel_.frame() == Rect<Screen>{{kLeft, 12 - 80}, {kSide, kSide}}; }));
+  ASSERT_TRUE(setScreenSize(QStringLiteral("1280x800")));
+  EXPECT_TRUE(waitUntil([this] { return panel_.frame() == corner(); }));
 }
 
 TEST_F(QtPanelTest, tellsTheScreenThatHoldsIt) {

@@ -2,6 +2,7 @@
 
 #include "desktop/linux/session/QtScreens.h"
 #include "desktop/linux/session/ScreenGeometry.h"
+#include "desktop/linux/session/WorkArea.h"
 #include "desktop/linux/session/X11.h"
 
 #include "tests/desktop/session/Desk.h"
@@ -83,6 +84,61 @@ TEST(QtScreens, visibleFrameLeavesOutTheDesktopsBars) {
   EXPECT_TRUE(waitUntil([&screens] {
     return screens.mainScreen()->visibleFrame == Rect<Screen>{{0, 0}, {1280, 800}};
   }));
+}
+
+// The window manager tells one work area for all screens together, which says nothing of a single one.
+TEST(QtScreens, visibleFrameOfEachOfSeveralScreensLeavesOutItsOwnBars) {
+  const QtScreens screens;
+  const TwoMonitors monitors;
+  const Rect<Screen> left{{0, 0}, {640, 800}};
+  const Rect<Screen> right{{640, 0}, {640, 800}};
+  const auto visible = [&screens] {
+    std::vector<Rect<Screen>> frames;
+    for (const ScreenInfo& screen : screens.screens()) {
+      frames.push_back(screen.visibleFrame);
+    }
+    return frames;
+  };
+  ASSERT_EQ(visible(), (std::vector{left, right}));
+  {
+    OtherProgram bar;
+    ASSERT_TRUE(bar.showAsBar(30, 640, 1279));
+    EXPECT_TRUE(waitUntil([&] { return visible() == std::vector{left, Rect<Screen>{{640, 30}, {640, 770}}}; }));
+  }
+  EXPECT_TRUE(waitUntil([&] { return visible() == std::vector{left, right}; }));
+}
+
+constexpr QSize kDesktop{3200, 1080};
+constexpr QRect kLeftScreen{0, 0, 1920, 1080};
+constexpr QRect kRightScreen{1920, 100, 1280, 800};  // neither at the top nor at the bottom of the desktop
+
+TEST(WorkArea, aStrutTakesFromTheScreenAlongWhoseEdgeItRuns) {
+  const std::vector<Strut> bar{{Strut::Edge::bottom, 40, 0, 1919}};
+  EXPECT_EQ(workArea(kLeftScreen, kDesktop, bar), QRect(0, 0, 1920, 1040));
+  EXPECT_EQ(workArea(kRightScreen, kDesktop, bar), kRightScreen);
+}
+
+TEST(WorkArea, thicknessCountsFromTheDesktopsEdgeAndNotFromTheScreens) {
+  EXPECT_EQ(workArea(kRightScreen, kDesktop, {{Strut::Edge::bottom, 180 + 40, 1920, 3199}}),
+            QRect(1920, 100, 1280, 760));
+  EXPECT_EQ(workArea(kRightScreen, kDesktop, {{Strut::Edge::bottom, 40, 1920, 3199}}), kRightScreen);
+  EXPECT_EQ(workArea(kRightScreen, kDesktop, {{Strut::Edge::top, 100 + 25, 1920, 3199}}), QRect(1920, 125, 1280, 775));
+  EXPECT_EQ(workArea(kRightScreen, kDesktop, {{Strut::Edge::right, 60, 100, 899}}), QRect(1920, 100, 1220, 800));
+}
+
+TEST(WorkArea, aBarAtTheEdgeBetweenTwoScreensTakesNothingFromTheFarOne) {
+  const std::vector<Strut> bar{{Strut::Edge::left, 1920 + 60, 100, 899}};
+  EXPECT_EQ(workArea(kRightScreen, kDesktop, bar), QRect(1980, 100, 1220, 800));
+  EXPECT_EQ(workArea(kLeftScreen, kDesktop, bar), kLeftScreen);
+}
+
+TEST(WorkArea, barsOnSeveralEdgesAddUpAndOnOneTheThickestCounts) {
+  EXPECT_EQ(workArea(kLeftScreen, kDesktop,
+                     {{Strut::Edge::top, 30, 0, 1919},
+                      {Strut::Edge::top, 20, 0, 1919},
+                      {Strut::Edge::left, 50, 0, 1079},
+                      {Strut::Edge::bottom, 0, 0, 0}}),
+            QRect(50, 30, 1870, 1050));
 }
 
 }  // namespace

@@ -45,5 +45,26 @@ TEST(Termination, aSignalEndsTheLoopWhateverWindowsAndLoopsAreOpen) {
   }
 }
 
+TEST(Termination, aLogoutEndsTheLoopThoughAWindowWillNotClose) {
+  constexpr int tooLate = 99;
+  UserIntent intent;
+  QtApplication application(intent);
+  const TerminationSignals signals([&application] { application.terminate(); });
+  StubbornWindow window;
+  window.show();
+  QTimer alarm;
+  alarm.setSingleShot(true);
+  QObject::connect(&alarm, &QTimer::timeout, &alarm, [] { QCoreApplication::exit(tooLate); });
+  alarm.start(std::chrono::seconds(10));
+  QMetaObject::invokeMethod(
+      &window,
+      [] {
+        QEvent logout(QEvent::Quit);  // what Qt makes of the session manager's word
+        QCoreApplication::sendEvent(QCoreApplication::instance(), &logout);
+      },
+      Qt::QueuedConnection);
+  EXPECT_EQ(QApplication::exec(), 0);
+}
+
 }  // namespace
 }  // namespace quenlio

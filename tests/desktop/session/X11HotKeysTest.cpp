@@ -133,6 +133,28 @@ TEST_F(X11HotKeysTest, isNotHeardOnceItIsUnregistered) {
   EXPECT_EQ(keys_.RegisterEventHotKey(kIslandKey, kID, reference), noErr);
 }
 
+// Which modifier Num Lock is may change while the key is grabbed, as with another keyboard.
+TEST_F(X11HotKeysTest, letsGoOfExactlyWhatItGrabbed) {
+  const auto move = [](const char* from, const char* to) {
+    return run(QStringLiteral("xmodmap"), {QStringLiteral("-e"), QStringLiteral("remove %1 = Num_Lock").arg(from),
+                                           QStringLiteral("-e"), QStringLiteral("add %1 = Num_Lock").arg(to)});
+  };
+  EventHotKeyRef reference = 0;
+  ASSERT_EQ(keys_.RegisterEventHotKey(kIslandKey, kID, reference), noErr);
+  ASSERT_TRUE(move("mod2", "mod3"));
+  keys_.UnregisterEventHotKey(reference);
+  const auto keyCode = static_cast<xcb_keycode_t>(*evdevCodeFromVirtualKeyCode(19) + kX11KeyCodeOffset);
+  OtherProgram other;
+  for (const unsigned locks : {0U, 2U, 16U, 18U}) {  // Caps Lock and what Num Lock was
+    const auto cookie = xcb_grab_key_checked(other.connection(), 0, x11::rootWindow(),
+                                             static_cast<std::uint16_t>(XCB_MOD_MASK_4 | XCB_MOD_MASK_SHIFT | locks),
+                                             keyCode, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+    const x11::Reply<xcb_generic_error_t> error(xcb_request_check(other.connection(), cookie));
+    EXPECT_EQ(error, nullptr) << locks;
+  }
+  EXPECT_TRUE(move("mod3", "mod2"));
+}
+
 TEST_F(X11HotKeysTest, aKeyThatNoKeyboardHasIsRefused) {
   EventHotKeyRef reference = 0;
   EXPECT_EQ(keys_.RegisterEventHotKey({.virtualKeyCode = 4711, .modifiers = 256}, kID, reference), paramErr);

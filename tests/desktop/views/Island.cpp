@@ -51,17 +51,18 @@ void Island::ingest(const std::string& name) {
   store.ingestScreenshot(FileURL(kFolder + name), std::nullopt);
 }
 
-void Island::giveThumbnails(const QColor& colour, const QSize& canvas, const QSize& picture) {
+void Island::giveThumbnails(const QColor& colour, const QSize& canvas, const QSize& picture, double density) {
   settle();  // the fake renderer's own answers come first, which hold no pixels
   QImage image(canvas, QImage::Format_ARGB32_Premultiplied);
   image.fill(Qt::transparent);
+  const QRect place(QPoint((canvas.width() - picture.width()) / 2, (canvas.height() - picture.height()) / 2), picture);
   QPainter painter(&image);
-  painter.fillRect(
-      QRect(QPoint((canvas.width() - picture.width()) / 2, (canvas.height() - picture.height()) / 2), picture), colour);
+  painter.fillRect(place, colour);
   painter.end();
-  store.items.mutate([&image](std::vector<ScreenshotItem>& items) {
+  image.setDevicePixelRatio(density);
+  store.items.mutate([&image, &place](std::vector<ScreenshotItem>& items) {
     for (ScreenshotItem& item : items) {
-      item.thumbnail = std::make_shared<QtImage>(image, Size{280, 220});
+      item.thumbnail = std::make_shared<QtImage>(image, Size{280, 220}, place);
     }
   });
 }
@@ -120,9 +121,10 @@ QAbstractButton* Island::button(const std::string& name) const {
   return nullptr;
 }
 
-QImage Island::picture() {
+QImage Island::picture(double scale) {
   settle();
-  QImage image(view->size(), QImage::Format_ARGB32_Premultiplied);
+  QImage image((QSizeF(view->size()) * scale).toSize(), QImage::Format_ARGB32_Premultiplied);
+  image.setDevicePixelRatio(scale);
   image.fill(Qt::transparent);
   view->render(&image, QPoint(), QRegion(), QWidget::DrawChildren);
   return image;

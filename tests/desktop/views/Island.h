@@ -28,8 +28,10 @@ class Island {
 
   // A capture arrives; its thumbnail stays away until giveThumbnails().
   void ingest(const std::string& name);
-  // Gives every item a thumbnail that is wholly of this colour, of this many pixels, with a picture of that shape.
-  void giveThumbnails(const QColor& colour, const QSize& canvas = {280, 220}, const QSize& picture = {280, 158});
+  // Gives every item a thumbnail of this many pixels, so many to a point, with a picture wholly of this colour in the
+  // middle.
+  void giveThumbnails(const QColor& colour, const QSize& canvas = {280, 220}, const QSize& picture = {280, 158},
+                      double density = 1);
   [[nodiscard]] const ScreenshotItem& item(const std::string& name) const;
   void setSize(IslandSize size);
   // Runs all that is due, on the main queue and in Qt's.
@@ -39,8 +41,8 @@ class Island {
   [[nodiscard]] std::vector<std::string> words() const;
   [[nodiscard]] bool says(const std::string& words) const;
   [[nodiscard]] QAbstractButton* button(const std::string& name) const;
-  // What is painted, as it stands.
-  [[nodiscard]] QImage picture();
+  // What is painted, as it stands, with so many pixels a point.
+  [[nodiscard]] QImage picture(double scale = 1);
 
   struct Request {
     FileURL url;

@@ -1,4 +1,5 @@
 #include <QtCore/QCoreApplication>
+#include <QtGui/QAccessible>
 #include <QtGui/QEnterEvent>
 #include <QtGui/QMouseEvent>
 #include <gmock/gmock.h>
@@ -211,6 +212,87 @@ TEST_F(IslandOverlayRootViewTest, followsTheAppearance) {
   EXPECT_LT(dark.lightness(), 80);
   ASSERT_THAT(island_.surfaces, SizeIs(2));
   EXPECT_LT(island_.surfaces.back().tone.lightness(), 80);
+}
+
+TEST_F(IslandOverlayRootViewTest, turnsToAnotherAppearanceOverTheTimeThatItIsGiven) {
+  const int light = island_.picture().pixelColor(116, 6).lightness();
+  island_.state.appearanceTransition = Seconds(0.16);
+  island_.state.appearanceStyle.set(IslandAppearanceStyle::dark);
+  int last = light;
+  const auto lightness = [this] { return island_.picture().pixelColor(116, 6).lightness(); };
+  EXPECT_EQ(lightness(), light);
+  for (int step = 0; step < 4; ++step) {
+    island_.platform.time.advanceBy(Seconds(0.032));
+    EXPECT_LT(lightness(), last);
+    last = lightness();
+    EXPECT_GT(last, 48);
+  }
+  island_.platform.time.advanceBy(Seconds(0.05));
+  const int dark = lightness();
+  EXPECT_LT(dark, 80);
+  const auto tellings = island_.surfaces.size();
+  island_.platform.time.advanceBy(Seconds(1));
+  EXPECT_EQ(lightness(), dark);
+  EXPECT_THAT(island_.surfaces, SizeIs(tellings));  // no step is taken any more
+}
+
+TEST_F(IslandOverlayRootViewTest, aHiddenIslandTurnsAtOnce) {
+  island_.view->hide();
+  island_.state.appearanceTransition = Seconds(0.16);
+  island_.state.appearanceStyle.set(IslandAppearanceStyle::dark);
+  island_.settle();
+  EXPECT_LT(island_.surfaces.back().tone.lightness(), 80);
+}
+
+TEST_F(IslandOverlayRootViewTest, anotherFrameIsLaidOutByItsOwnMetricsAtOnce) {
+  island_.view->resize(500, 500);  // no turn of the main queue comes between this and the next painting
+  const IslandLayoutMetrics& m = IslandLayoutMetrics::forSize(IslandSize::xLarge);
+  EXPECT_EQ(find<MainPreview>()->geometry(), QRect(12, 9 + 34 + 5, 476, static_cast<int>(m.previewHeight)));
+  EXPECT_EQ(island_.surfaces.back().cornerRadius, m.cornerRadius);
+}
+
+TEST_F(IslandOverlayRootViewTest, cellsStandBelowTheTraysInsetAsFarAsThereIsRoom) {
+  island_.ingest("one.png");
+  for (const auto& [size, top] : {std::pair{IslandSize::extraSmall, 0},
+                                  {IslandSize::medium, 0},
+                                  {IslandSize::large, 2},
+                                  {IslandSize::xLarge, 2}}) {
+    island_.setSize(size);
+    island_.settle();
+    EXPECT_EQ(island_.button("one.png")->y(), top) << static_cast<int>(size);
+  }
+}
+
+TEST_F(IslandOverlayRootViewTest, theHandlesControlsStandInsideItsInset) {
+  HandleRow row(nullptr, {});
+  row.resize(200, 30);
+  IslandLayoutMetrics metrics = IslandLayoutMetrics::forSize(IslandSize::extraSmall);
+  metrics.toolbarContentInset = 7;
+  row.apply(IslandPalette::forAppearance(IslandAppearanceStyle::light, false), metrics);
+  EXPECT_EQ(row.findChild<QAbstractButton*>()->geometry(), QRect(200 - 7 - 24, 3, 24, 24));
+}
+
+// Newest first, as it is seen, for the keyboard and for screen readers.
+TEST_F(IslandOverlayRootViewTest, theStripIsWalkedInTheOrderThatItIsSeenIn) {
+  island_.ingest("one.png");
+  island_.settle();
+  island_.ingest("two.png");
+  island_.settle();
+  island_.ingest("three.png");
+  island_.settle();
+  std::vector<std::string> tabbed;
+  const QWidget* start = island_.button("three.png");
+  for (const QWidget* next = start; tabbed.size() < 3; next = next->nextInFocusChain()) {
+    tabbed.push_back(next->accessibleName().toStdString());
+  }
+  EXPECT_THAT(tabbed, ElementsAre("three.png", "two.png", "one.png"));
+  const QAccessibleInterface* strip = QAccessible::queryAccessibleInterface(find<ThumbnailStrip>());
+  ASSERT_NE(strip, nullptr);
+  std::vector<std::string> read;
+  for (int index = 0; index < strip->childCount(); ++index) {
+    read.push_back(strip->child(index)->text(QAccessible::Name).toStdString());
+  }
+  EXPECT_THAT(read, ElementsAre("three.png", "two.png", "one.png"));
 }
 
 TEST_F(IslandOverlayRootViewTest, cornersAreClear) {

@@ -1,5 +1,8 @@
+#include <QtGui/QPainter>
+#include <cmath>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <tuple>
 
 #include "desktop/views/common/Picture.h"
 #include "desktop/views/island/MainPreview.h"
@@ -114,23 +117,118 @@ TEST(MainPreview, keepsTheSharperPictureForAsLongAsItIsShown) {
   EXPECT_THAT(island.requests, SizeIs(2));
 }
 
-TEST(Picture, marginsOfTheCanvasAreFound) {
-  QImage canvas(280, 220, QImage::Format_ARGB32_Premultiplied);
-  canvas.fill(Qt::transparent);
-  EXPECT_EQ(pictureOnCanvas(canvas).center(), canvas.rect().center());
-  for (int y = 60; y < 160; ++y) {
-    for (int x = 0; x < 280; ++x) {
-      canvas.setPixelColor(x, y, Qt::red);
+// The preview's and the cell's picture with the pixels that the screen has, whatever density the thumbnail was made
+// for.
+class Density : public testing::TestWithParam<std::tuple<double, double>> {
+ protected:
+  // Whether the corners of this rectangle, in points, are rounded alike: clear to so many pixels inward on the
+  // diagonal, and full a good deal further in. What lies under the picture is not red.
+  static void expectRoundCorners(const QImage& image, const QRectF& points, double scale, double radius) {
+    const QRectF rect(points.topLeft() * scale, points.size() * scale);
+    const double cut = radius * scale * (1 - std::sqrt(0.5));  // from the corner to the arc, along each axis
+    for (const bool right : {false, true}) {
+      for (const bool bottom : {false, true}) {
+        const auto pixel = [&](double inward) {
+          const double x = right ? rect.right() - 1 - inward : rect.left() + inward;
+          const double y = bottom ? rect.bottom() - 1 - inward : rect.top() + inward;
+          return image.pixelColor(static_cast<int>(std::lround(x)), static_cast<int>(std::lround(y)));
+        };
+        const auto isRed = [](const QColor& color) { return color.red() > 240 && color.green() < 40; };
+        EXPECT_FALSE(isRed(pixel(0))) << right << bottom;
+        EXPECT_FALSE(isRed(pixel(std::max(0.0, std::floor(cut) - 2)))) << right << bottom;
+        EXPECT_TRUE(isRed(pixel(std::ceil(cut) + 2 * scale))) << right << bottom;
+      }
     }
   }
-  EXPECT_EQ(pictureOnCanvas(canvas), QRect(0, 60, 280, 100));
+};
+
+TEST_P(Density, allCornersOfThePreviewsPictureAreRoundAlike) {
+  const auto [scale, density] = GetParam();
+  Island island;
+  island.setSize(IslandSize::xLarge);
+  island.ingest("one.png");
+  island.giveThumbnails(Qt::red, (QSizeF(280, 220) * density).toSize(), (QSizeF(280, 140) * density).toSize(), density);
+  // The well is 476 by 345 points from (12, 48) on; the picture, two to one, has 464 by 232 of it. Its radius is the
+  // well's 18 less the 6 between the two.
+  expectRoundCorners(island.picture(scale), {18, 104.5, 464, 232}, scale, 12);
 }
 
-TEST(Picture, aPictureThatReachesOneEdgeKeepsTheOther) {
-  QImage canvas(10, 10, QImage::Format_ARGB32_Premultiplied);
-  canvas.fill(Qt::transparent);
-  canvas.setPixelColor(0, 5, Qt::red);
-  EXPECT_EQ(pictureOnCanvas(canvas).width(), 10);
+TEST_P(Density, allCornersOfACellsPictureAreRoundAlike) {
+  const auto [scale, density] = GetParam();
+  Island island;
+  island.setSize(IslandSize::xLarge);
+  island.ingest("one.png");
+  island.ingest("two.png");
+  island.giveThumbnails(Qt::red, (QSizeF(280, 220) * density).toSize(), (QSizeF(280, 140) * density).toSize(), density);
+  const QAbstractButton* cell = island.button("one.png");  // not the selected one, which has a ring
+  ASSERT_NE(cell, nullptr);
+  const QRectF place(cell->mapTo(island.view.get(), QPoint()), QSizeF(cell->size()));
+  const QImage picture = island.picture(scale);
+  const QPointF middle = place.center() * scale;
+  EXPECT_GT(picture.pixelColor(middle.toPoint()).red(), 230);
+  // Paler than the selected one's: what is looked at is where it begins and where it does not.
+  const auto isPicture = [&](QPointF point) {
+    const QColor color = picture.pixelColor((point * scale).toPoint());
+    return color.red() > 200 && color.green() < 90;
+  };
+  for (const double dx : {-1.0, 1.0}) {
+    for (const double dy : {-1.0, 1.0}) {
+      const auto inward = [&, half = place.width() / 2](double points) {
+        return place.center() + QPointF(dx, dy) * (half - points);
+      };
+      EXPECT_FALSE(isPicture(inward(1))) << dx << dy;
+      EXPECT_TRUE(isPicture(inward(5.5))) << dx << dy;
+    }
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Scales, Density,
+                         testing::Combine(testing::Values(1.0, 1.5, 2.0), testing::Values(1.0, 1.5, 2.0)));
+
+// The window keeps its size in points when it goes to a denser screen.
+TEST(MainPreview, asksForASharperPictureWhenAPointHasMorePixels) {
+  Island island;
+  island.ingest("one.png");
+  island.giveThumbnails(Qt::red);
+  EXPECT_EQ(island.picture(1).pixelColor(kMiddle), QColor(Qt::red));
+  EXPECT_THAT(island.requests, IsEmpty());
+  EXPECT_EQ(island.picture(2).pixelColor(2 * kMiddle), QColor(Qt::red));
+  ASSERT_THAT(island.requests, SizeIs(1));
+  EXPECT_EQ(island.requests[0].pixels, 2 * QSize(202, 118));
+  island.requests[0].completion(plainImage({404, 228}, Qt::blue));
+  EXPECT_EQ(island.picture(2).pixelColor(2 * kMiddle), QColor(Qt::blue));
+}
+
+// A capture may itself be clear at its edges, as a window's is that was captured with its shadow.
+TEST(MainPreview, aPictureWithClearBordersKeepsThem) {
+  Island island;
+  island.ingest("one.png");
+  island.giveThumbnails(Qt::red, {280, 220}, {280, 158});
+  QImage bordered(280, 220, QImage::Format_ARGB32_Premultiplied);
+  bordered.fill(Qt::transparent);
+  QPainter painter(&bordered);
+  painter.fillRect(QRect(100, 90, 80, 40), Qt::red);
+  painter.end();
+  island.store.items.mutate([&](std::vector<ScreenshotItem>& items) {
+    items.front().thumbnail = std::make_shared<QtImage>(bordered, Size{280, 220}, QRectF(0, 31, 280, 158));
+  });
+  const QImage picture = island.picture();
+  EXPECT_EQ(picture.pixelColor(kMiddle), QColor(Qt::red));
+  // The red has 80 of 280 pixels of the picture's width, which is 202 points: it ends 29 from the middle.
+  EXPECT_EQ(picture.pixelColor(kMiddle + QPoint(26, 0)), QColor(Qt::red));
+  EXPECT_NE(picture.pixelColor(kMiddle + QPoint(32, 0)), QColor(Qt::red));
+}
+
+TEST(Picture, placeOnTheCanvasIsInWholePixels) {
+  const QImage canvas(280, 220, QImage::Format_ARGB32_Premultiplied);
+  const auto place = [&canvas](const QRectF& picture) {
+    return pictureOnCanvas(std::make_shared<QtImage>(canvas, Size{280, 220}, picture));
+  };
+  EXPECT_EQ(place({0, 60, 280, 100}), QRect(0, 60, 280, 100));
+  EXPECT_EQ(place({0, 31.25, 280, 157.5}), QRect(0, 31, 280, 158));
+  EXPECT_EQ(place({0, 109.99, 280, 0.02}), QRect(0, 109, 280, 2));
+  EXPECT_EQ(pictureOnCanvas(plainImage({10, 20}, Qt::red)), QRect(0, 0, 10, 20));
+  EXPECT_TRUE(pictureOnCanvas(nullptr).isEmpty());
 }
 
 TEST(Picture, fitsAndCropsWithItsShapeKept) {
