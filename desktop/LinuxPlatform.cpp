@@ -28,7 +28,7 @@ LinuxPlatform::LinuxPlatform(const LinuxProcessInfo& process, const LinuxMainBun
       bundle_(bundle),
       directories_(process),
       files_(ownFiles_, clock_),
-      defaults_(userDefaultsFolder(process, directories_), std::string(kStandardSuiteName)),
+      defaults_(userDefaultsFolder(process, directories_), kStandardSuiteName),
       preferences_({.suites = defaults_,
                     .diagnosticsFolder = configuration.isEnabled ? configuration.screenshotDirectory : std::nullopt,
                     .desktop = DesktopScreenshotFolder(process, directories_, gsettingsGet)}),

@@ -44,6 +44,7 @@ class SpawnPlan {
 
   [[nodiscard]] std::optional<pid_t> start(std::vector<std::string>& command) const {
     std::vector<char*> words;
+    words.reserve(command.size() + 1);
     for (auto& word : command) {
       words.push_back(word.data());
     }

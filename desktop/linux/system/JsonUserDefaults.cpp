@@ -75,7 +75,7 @@ void JsonUserDefaults::writeChanges() {
   }
 }
 
-JsonUserDefaultsSuites::JsonUserDefaultsSuites(FileURL folder, std::string standardName)
+JsonUserDefaultsSuites::JsonUserDefaultsSuites(FileURL folder, std::string_view standardName)
     : folder_(std::move(folder)), standard_(initWithSuiteName(standardName)) {
   assert(standard_ != nullptr);
 }

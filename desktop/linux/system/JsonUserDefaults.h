@@ -46,7 +46,7 @@ class JsonUserDefaultsSuites final : public UserDefaultsSuites {
  public:
   // The folder need not exist: the first change makes it. The program's own store has a name like any other suite, and
   // asking for that name gives the same store.
-  JsonUserDefaultsSuites(FileURL folder, std::string standardName);
+  JsonUserDefaultsSuites(FileURL folder, std::string_view standardName);
 
   [[nodiscard]] UserDefaults& standardUserDefaults() override { return *standard_; }
   // Refused: names that are no file name ("", ".", "..", with a slash or a zero byte) or too long for one.
