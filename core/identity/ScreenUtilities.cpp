@@ -4,8 +4,7 @@ namespace quenlio {
 
 namespace {
 
-// NSMouseInRect with an unflipped rectangle: a pointer's y is that of its pixel's upper edge, so the lower edge of the
-// frame lies outside and the upper one inside.
+// NSMouseInRect with an unflipped rectangle: the lower edge of the frame lies outside and the upper one inside.
 bool mouseInRect(Point<Screen> mouse, const Rect<Screen>& frame) {
   return mouse.x >= frame.minX() && mouse.x < frame.maxX() && mouse.y > frame.minY() && mouse.y <= frame.maxY();
 }
