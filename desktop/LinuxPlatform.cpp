@@ -27,7 +27,7 @@ LinuxPlatform::LinuxPlatform(const LinuxProcessInfo& process, const LinuxMainBun
     : process_(process),
       bundle_(bundle),
       directories_(process),
-      files_(ownFiles_, clock_),
+      files_(ownFiles_, clock_, directories_),
       defaults_(userDefaultsFolder(process, directories_), kStandardSuiteName),
       preferences_({.suites = defaults_,
                     .diagnosticsFolder = configuration.isEnabled ? configuration.screenshotDirectory : std::nullopt,
@@ -41,9 +41,25 @@ LinuxPlatform::LinuxPlatform(const LinuxProcessInfo& process, const LinuxMainBun
       decoder_(ChildDecoder(LinuxMainBundle::executableURL().parent().appending("quenlio-decoder"))),
       thumbnailScale_(densestScale()),
       screenChanges_([&scale = thumbnailScale_] { scale = densestScale(); }),
-      thumbnails_(decoder_, [&scale = thumbnailScale_] { return scale.load(); }) {}
+      thumbnails_(decoder_, [&scale = thumbnailScale_] { return scale.load(); }),
+      images_(decoder_),
+      pasteboard_(scheduler_),
+      programStarter_(process, directories_, windows_),
+      sharingServicePicker_({.scheduler = scheduler_,
+                             .files = files_,
+                             .windows = windows_,
+                             .appearance = appearance_,
+                             .starter = programStarter_}),
+      workspace_(programStarter_),
+      draggingSessions_(compositor_),
+      previewPanel_({.scheduler = scheduler_,
+                     .intent = intent,
+                     .compositor = compositor_,
+                     .appearance = appearance_,
+                     .pictures = PictureSource::from(decoder_)}) {}
 
 LinuxPlatform::~LinuxPlatform() {
+  previewPanel_.orderOut();
   decoder_.stop();
 }
 
@@ -72,6 +88,13 @@ Platform LinuxPlatform::platform() {
       .openPanel = openPanel_,
       .screenCapture = screenCapture_,
       .thumbnails = thumbnails_,
+      .images = images_,
+      .pasteboard = pasteboard_,
+      .sharingServicePicker = sharingServicePicker_,
+      .workspace = workspace_,
+      .windows = windows_,
+      .draggingSessions = draggingSessions_,
+      .previewPanel = previewPanel_,
   };
 }
 

@@ -8,12 +8,18 @@
 
 #include "desktop/linux/session/CompositorWatch.h"
 #include "desktop/linux/session/MainQueue.h"
+#include "desktop/linux/session/ProgramStarter.h"
 #include "desktop/linux/session/QtAppearance.h"
 #include "desktop/linux/session/QtApplication.h"
 #include "desktop/linux/session/QtDistributedNotificationCenter.h"
+#include "desktop/linux/session/QtDraggingSessions.h"
 #include "desktop/linux/session/QtEventMonitors.h"
 #include "desktop/linux/session/QtOpenPanel.h"
+#include "desktop/linux/session/QtPasteboard.h"
 #include "desktop/linux/session/QtScreens.h"
+#include "desktop/linux/session/QtSharingServicePicker.h"
+#include "desktop/linux/session/QtWindows.h"
+#include "desktop/linux/session/QtWorkspace.h"
 #include "desktop/linux/session/ScreenChanges.h"
 #include "desktop/linux/session/UserIntent.h"
 #include "desktop/linux/session/X11HotKeys.h"
@@ -31,7 +37,9 @@
 #include "desktop/linux/system/OwnFiles.h"
 #include "desktop/linux/system/ScreenshotMetadata.h"
 #include "desktop/linux/system/XdgLoginItem.h"
+#include "desktop/render/FileImages.h"
 #include "desktop/render/QtThumbnailRenderer.h"
+#include "desktop/views/preview/QtPreviewPanel.h"
 
 namespace quenlio {
 
@@ -44,7 +52,7 @@ class LinuxPlatform {
                 const QuenlioReleaseTestConfiguration& configuration, UserIntent& intent);
   LinuxPlatform(const LinuxPlatform&) = delete;
   LinuxPlatform& operator=(const LinuxPlatform&) = delete;
-  // Ends the decoding children, for which the workers would have to be waited for.
+  // Ends what is being decoded, for which the workers would have to be waited for.
   ~LinuxPlatform();
 
   [[nodiscard]] Platform platform();
@@ -82,6 +90,14 @@ class LinuxPlatform {
   std::atomic<double> thumbnailScale_;
   ScreenChanges screenChanges_;
   QtThumbnailRenderer thumbnails_;
+  FileImages images_;
+  QtPasteboard pasteboard_;
+  QtWindows windows_;
+  ProgramStarter programStarter_;
+  QtSharingServicePicker sharingServicePicker_;
+  QtWorkspace workspace_;
+  QtDraggingSessions draggingSessions_;
+  QtPreviewPanel previewPanel_;
   MainQueue scheduler_;  // the first to go: it waits for work on other threads, which uses the others
 };
 

@@ -10,10 +10,10 @@
 #include "core/editor/ScreenshotEditorManager.h"
 
 #include "desktop/LinuxPlatform.h"
+#include "desktop/Program.h"
 #include "desktop/linux/session/DisplayChoice.h"
 #include "desktop/linux/session/PlainTheme.h"
 #include "desktop/linux/session/SingleInstance.h"
-#include "desktop/linux/session/TerminationSignals.h"
 #include "desktop/render/QtImage.h"
 #include "desktop/views/island/QtIslandShell.h"
 
@@ -42,7 +42,7 @@ SharpRendition sharpRendition(Scheduler& scheduler, const ImageDecoder& decoder)
   };
 }
 
-int run(QApplication& application, const LinuxProcessInfo& process, const LinuxMainBundle& bundle) {
+int run(const LinuxProcessInfo& process, const LinuxMainBundle& bundle) {
   const auto configuration = QuenlioReleaseTestConfiguration::fromEnvironment(process);
   UserIntent intent;
   SingleInstance instance(
@@ -64,13 +64,7 @@ int run(QApplication& application, const LinuxProcessInfo& process, const LinuxM
                    .editors = editors,
                    .makeUpdater = [] { return std::make_unique<NoUpdater>(); }},
                   configuration);
-  const TerminationSignals signals([&linux_] { linux_.platform().application.terminate(); });
-  QObject::connect(&application, &QCoreApplication::aboutToQuit, &application,
-                   [&app] { app.applicationWillTerminate(); });
-  app.applicationDidFinishLaunching();
-  // Not before: a second start that came meanwhile is answered at once, by an application that has launched.
-  instance.setOnShow([&app] { app.openIslandToolFromMenu(); });
-  return QApplication::exec();
+  return runUntilTermination(app, linux_.platform().application, instance);
 }
 
 }  // namespace
@@ -87,11 +81,9 @@ int main(int argc, char** argv) {
     return EXIT_FAILURE;
   }
   std::optional<PlainTheme> theme(std::in_place);
-  QApplication application(argc, argv);
+  const QApplication application(argc, argv);
   theme.reset();
   QApplication::setApplicationName(QStringLiteral("quenlio"));
   QApplication::setDesktopFileName(QStringLiteral("com.quenlio.app"));
-  // Before any window, so that a session without one does not end the program.
-  QApplication::setQuitOnLastWindowClosed(false);
-  return run(application, process, bundle);
+  return run(process, bundle);
 }

@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <optional>
 
-#include "bench/arrival/ScreenRegion.h"
+#include "bench/screen/ScreenRegion.h"
 
 namespace quenlio::bench {
 

@@ -18,9 +18,9 @@
 
 #include "desktop/render/QtThumbnailRenderer.h"
 
-#include "bench/arrival/Captures.h"
 #include "bench/arrival/FrameMatch.h"
-#include "bench/arrival/ScreenRegion.h"
+#include "bench/screen/Captures.h"
+#include "bench/screen/ScreenRegion.h"
 
 namespace quenlio::bench {
 namespace {
@@ -152,7 +152,7 @@ class Series {
   }
 
   static bool hasColour(const Frame& frame, std::uint32_t colour) {
-    constexpr int near = 24;  // the island may let a little of the desktop through
+    constexpr int near = 40;  // the island lets a little of its glass and of the desktop through
     const std::uint32_t pixel = frame.pixels[static_cast<std::size_t>((kMiddle.y + kMiddle.height / 2) * kSeen.width +
                                                                       kMiddle.x + kMiddle.width / 2)];
     for (const int shift : {16, 8, 0}) {

@@ -6,7 +6,12 @@ class Goals:
         self.missed = 0
 
     def at_most(self, name, figure, limit, unit):
-        met = figure <= limit
+        self.tell(name, figure, limit, unit, figure <= limit)
+
+    def at_least(self, name, figure, limit, unit):
+        self.tell(name, figure, limit, unit, figure >= limit)
+
+    def tell(self, name, figure, limit, unit, met):
         self.missed += not met
         print(f"goal {name}: {figure:.2f} {unit} of {limit:.2f} {unit}, {'met' if met else 'missed'}", flush=True)
 

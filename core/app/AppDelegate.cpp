@@ -2,38 +2,22 @@
 
 #include <utility>
 
-#include "core/identity/AppIdentity.h"
 #include "core/identity/LegacyIdentifiers.h"
 #include "core/platform/Application.h"
 #include "core/platform/FileManager.h"
-#include "core/platform/ProcessInfo.h"
-#include "core/settings/ScreenshotThumbnailPreference.h"
 
 namespace quenlio {
 namespace {
 
 using namespace std::chrono_literals;
 
-constexpr Seconds kMaintenanceInterval = 30s;
-constexpr Seconds kFolderPollInterval = 5s;
-constexpr Seconds kFolderPollIntervalInRun = 1s;
-
 UserDefaults& defaultsOf(const QuenlioReleaseTestConfiguration& configuration, UserDefaultsSuites& suites) {
   UserDefaults* own = configuration.userDefaults(suites);
   return own != nullptr ? *own : suites.standardUserDefaults();
 }
 
-std::string joined(const std::vector<std::string>& arguments) {
-  std::string text;
-  for (const std::string& argument : arguments) {
-    text.append(&argument == &arguments.front() ? "" : " ").append(argument);
-  }
-  return text;
-}
-
 }  // namespace
 
-// The callbacks given to members here hold the root itself: each holder is one of its own members and goes with it.
 AppDelegate::AppDelegate(const Platform& platform, const AppServices& services,
                          const QuenlioReleaseTestConfiguration& configuration)
     : platform_(platform),
@@ -63,17 +47,19 @@ AppDelegate::AppDelegate(const Platform& platform, const AppServices& services,
                .defaults = defaults_,
                .onboarding = onboarding_,
                .permissions = onboardingPermissionService_,
-               .captureTrigger = captureTrigger_,
-               .store = [this]() -> ScreenshotStore& { return store(); }}),
+               .captureTrigger = captureTrigger_}),
       arrival_({.scheduler = platform.scheduler,
                 .diagnostics = releaseTestDiagnostics_,
                 .analytics = services.analytics,
                 .defaults = defaults_,
                 .onboarding = onboarding_,
-                .ingest = [this](const FileURL& url,
-                                 std::optional<DisplayID> display) { store().ingestScreenshot(url, display); },
-                .showIsland = [this](std::optional<DisplayID> display) { overlayController().show(display); },
-                .syncReleaseTestState = [this] { report_.syncReleaseTestState(std::nullopt); }}),
+                .ingest = weak_.bind([](AppDelegate& self, const FileURL& url, std::optional<DisplayID> display) {
+                  self.store().ingestScreenshot(url, display);
+                }),
+                .showIsland = weak_.bind([](AppDelegate& self, std::optional<DisplayID> display) {
+                  self.overlayController().show(display);
+                }),
+                .syncReleaseTestState = weak_.bind([](AppDelegate& self) { self.syncReleaseTestState(); })}),
       requestChannel_({.configuration = configuration,
                        .diagnostics = releaseTestDiagnostics_,
                        .scheduler = platform.scheduler,
@@ -81,31 +67,53 @@ AppDelegate::AppDelegate(const Platform& platform, const AppServices& services,
                        .contents = platform.contents,
                        .process = platform.process,
                        .notifications = platform.notifications,
-                       .ingest = [this](const FileURL& url) { store().ingestScreenshot(url, std::nullopt); },
-                       .handleNewScreenshot = [this](const FileURL& url) { handleNewScreenshot(url, std::nullopt); },
-                       .checkForUpdates = [this] { checkForUpdates(); }}),
+                       .ingest = weak_.bind([](AppDelegate& self, const FileURL& url) {
+                         self.store().ingestScreenshot(url, std::nullopt);
+                       }),
+                       .handleNewScreenshot = weak_.bind(
+                           [](AppDelegate& self, const FileURL& url) { self.handleNewScreenshot(url, std::nullopt); }),
+                       .checkForUpdates = weak_.bind([](AppDelegate& self) { self.checkForUpdates(); })}),
       editorEntry_({.files = platform.files,
                     .directories = platform.directories,
                     .openPanel = platform.openPanel,
                     .scheduler = platform.scheduler,
                     .editors = services.editors,
                     .diagnostics = releaseTestDiagnostics_,
-                    .store = [this]() -> ScreenshotStore& { return store(); }}),
-      islandHotKey_(platform.hotKeys, platform.log) {}
+                    .newestScreenshot = weak_.bindOr(std::optional<FileURL>(),
+                                                     [](AppDelegate& self) { return self.newestScreenshot(); }),
+                    .refreshEditedScreenshot = weak_.bind(
+                        [](AppDelegate& self, const FileURL& url) { self.store().refreshEditedScreenshot(url); })}),
+      islandHotKey_(platform.hotKeys, platform.log),
+      handOut_({.images = platform.images,
+                .pasteboard = platform.pasteboard,
+                .picker = platform.sharingServicePicker,
+                .workspace = platform.workspace,
+                .windows = platform.windows,
+                .screens = platform.screens}),
+      dragDrop_({.files = platform.files,
+                 .windows = platform.windows,
+                 .screens = platform.screens,
+                 .sessions = platform.draggingSessions,
+                 .scheduler = platform.scheduler}),
+      quickLook_(platform.files, platform.previewPanel) {}
 
-AppDelegate::~AppDelegate() = default;
+AppDelegate::~AppDelegate() {
+  weak_.letGo();
+}
 
 ScreenshotStore& AppDelegate::store() {
   if (!store_) {
     store_ = std::make_unique<ScreenshotStore>(ScreenshotStore::Dependencies{
         .settings = settings_,
         .diagnostics = releaseTestDiagnostics_,
+        .analytics = services_.analytics,
         .paths = paths_,
         .files = platform_.files,
         .contents = platform_.contents,
         .clock = platform_.clock,
         .scheduler = platform_.scheduler,
         .thumbnails = platform_.thumbnails,
+        .handOut = handOut_,
         .log = platform_.log,
     });
   }
@@ -124,6 +132,10 @@ IslandOverlayController& AppDelegate::overlayController() {
         .application = platform_.application,
         .appearance = platform_.appearance,
         .eventMonitors = platform_.eventMonitors,
+        .dragDrop = dragDrop_,
+        .quickLook = quickLook_,
+        .previewPanel = platform_.previewPanel,
+        .editors = services_.editors,
         .files = platform_.files,
         .locations = locations_,
         .onRequestNewScreenshot = weak_.bind([](AppDelegate& self) { self.captureTrigger_.trigger(); }),
@@ -138,44 +150,6 @@ UpdaterController& AppDelegate::updaterController() {
     updaterController_ = services_.makeUpdater();
   }
   return *updaterController_;
-}
-
-void AppDelegate::applicationDidFinishLaunching() {
-  platform_.application.setActivationPolicy(ActivationPolicy::accessory);
-  const std::string version = AppVersion::current(platform_.bundle);
-  releaseTestDiagnostics_.update([&](QuenlioReleaseTestState& state) {
-    state.appVersion = version;
-    state.launchedAt = platform_.clock.now();
-  });
-  releaseTestDiagnostics_.record("app_launched", {{"arguments", joined(platform_.process.arguments())}});
-  services_.analytics.track(AnalyticsEventName::appLaunched, {{"appVersion", version}});
-  onboarding_.repairBrokenFirstRunStateIfNeeded();
-  decideOnboardingState();
-  report_.syncFirstRunDiagnostics();
-  bootstrapStatusBarIfNeeded();
-  if (!handleApplicationsInstallPromptIfNeeded()) {
-    finishInitialLaunch();
-  }
-}
-
-void AppDelegate::decideOnboardingState() {
-  const auto persisted = FirstRunExperience::persistedState(defaults_);
-  onboarding_.onboardingState = FirstRunExperience::hasCompletedOnboarding(defaults_, persisted)
-                                    ? OnboardingProgressState::completed
-                                    : OnboardingProgressState::pending;
-  defaults_.setObject(FirstRunExperience::progressStateKey, std::string(rawValue(onboarding_.onboardingState)));
-}
-
-void AppDelegate::bootstrapStatusBarIfNeeded() {
-  if (statusBarController_) {
-    return;
-  }
-  auto controller = std::make_unique<StatusBarController>(settings_, statusBarCallbacks());
-  controller->setupStatusItem(0);
-  controller->startStatusItemRefreshTimer();
-  controller->setupActionPopover();
-  controller->setupSettingsPopover();
-  statusBarController_ = std::move(controller);
 }
 
 StatusBarCallbacks AppDelegate::statusBarCallbacks() {
@@ -195,79 +169,6 @@ StatusBarCallbacks AppDelegate::statusBarCallbacks() {
           weak_.bind([](AppDelegate& self, bool visible) { self.report_.statusItemVisibilityChanged(visible); }),
       .onQuit = weak_.bind([](AppDelegate& self) { self.platform_.application.terminate(); }),
   };
-}
-
-void AppDelegate::finishInitialLaunch() {
-  if (std::exchange(hasCompletedInitialLaunch_, true)) {
-    return;
-  }
-  ScreenshotThumbnailPreference::restoreSystemDefaultIfManaged(defaults_);
-  ScreenshotThumbnailPreference::applyRequestedLaunchState(defaults_);
-  report_.syncFirstRunDiagnostics();
-  bootstrapStatusBarIfNeeded();
-  requestChannel_.ingestSeededReleaseTestScreenshotsIfNeeded();
-  startWatcher();
-  requestChannel_.processReleaseTestLaunchArgumentsIfNeeded();
-  startMaintenanceTimer();
-  islandHotKey_.registerIslandOpenHotKey(
-      [toggle = weak_.bind([](AppDelegate& self) { self.openIslandToolFromShortcut(); }),
-       &scheduler = platform_.scheduler]() -> OSStatus {
-        scheduler.post(toggle);
-        return noErr;
-      });
-  requestChannel_.registerReleaseTestNotificationsIfNeeded();
-  requestChannel_.startReleaseTestRequestPollingIfNeeded();
-  showOnboarding(false);
-  report_.syncReleaseTestState(std::nullopt);
-  requestChannel_.processPendingReleaseTestRequest();
-}
-
-void AppDelegate::startWatcher() {
-  watcher_ = std::make_unique<ScreenshotWatcher>(
-      ScreenshotWatcher::Dependencies{
-          .settings = settings_,
-          .locations = locations_,
-          .scheduler = platform_.scheduler,
-          .clock = platform_.clock,
-          .files = platform_.files,
-          .metadata = platform_.metadata,
-          .eventStreams = platform_.eventStreams,
-          .screens = platform_.screens,
-          .log = platform_.log,
-          .pollInterval = configuration_.isEnabled ? kFolderPollIntervalInRun : kFolderPollInterval,
-      },
-      [arrived = weak_.bind([](AppDelegate& self, const FileURL& url, std::optional<DisplayID> display) {
-        self.handleNewScreenshot(url, display);
-      }),
-       &scheduler = platform_.scheduler](const FileURL& url, std::optional<DisplayID> display) {
-        scheduler.post([arrived, url, display] { arrived(url, display); });
-      });
-  watcher_->restartWatcher(false);
-  watcher_->startPollingForLocationChanges();
-  watcher_->scanDirectoryForNewScreenshots();
-}
-
-void AppDelegate::startMaintenanceTimer() {
-  maintenanceTimer_ =
-      platform_.scheduler.every(kMaintenanceInterval, Seconds::zero(), weak_.bind([](AppDelegate& self) {
-        self.platform_.scheduler.post(self.weak_.bind([](AppDelegate& later) { later.store().removeMissingFiles(); }));
-      }));
-}
-
-void AppDelegate::applicationWillTerminate() {
-  captureTrigger_.cancelPendingInteractiveScreenshotTrigger();
-  ScreenshotThumbnailPreference::restoreSystemDefaultIfManaged(defaults_);
-  if (watcher_) {
-    watcher_->stop();
-  }
-  maintenanceTimer_.cancel();
-  onboarding_.clearOnboardingLiveState();
-  islandHotKey_.unregister();
-  requestChannel_.unregisterReleaseTestNotifications();
-  requestChannel_.stopReleaseTestRequestPolling();
-  if (overlayController_) {
-    overlayController_->endDelayedWork();
-  }
 }
 
 void AppDelegate::handleNewScreenshot(const FileURL& url, std::optional<DisplayID> displayID) {
@@ -321,7 +222,21 @@ void AppDelegate::requestFolderAccess() {
   if (watcher_) {
     watcher_->restartWatcher(true);
   }
-  report_.syncReleaseTestState(onboardingPermissionService_.probe());
+  publishCurrentOnboardingPermissionState(true);
+}
+
+void AppDelegate::publishCurrentOnboardingPermissionState(bool) {
+  syncReleaseTestState(onboardingPermissionService_.probe());
+}
+
+// The library is made here at the latest: what making it takes is not to wait for the first screenshot.
+void AppDelegate::syncReleaseTestState(const std::optional<OnboardingPermissionState>& permissionState) {
+  report_.syncReleaseTestState(store(), permissionState);
+}
+
+std::optional<FileURL> AppDelegate::newestScreenshot() {
+  const auto& items = store().items.get();
+  return items.empty() ? std::nullopt : std::optional(items.front().fileURL);
 }
 
 void AppDelegate::checkForUpdates() {

@@ -1,6 +1,6 @@
-// The composition root: it owns every long-lived object, builds them in a fixed order, wires them to one another, runs
-// the launch and takes everything down at the end. What it is told to do beyond that stands in its members. Main
-// thread.
+// The composition root: it owns every long-lived object but the services it is given, builds them in a fixed order,
+// wires them to one another, runs the launch and takes everything down at the end. What it is told to do beyond that
+// stands in its members. Main thread.
 #pragma once
 
 #include <functional>
@@ -20,6 +20,9 @@
 #include "core/diagnostics/QuenlioReleaseTestDiagnostics.h"
 #include "core/identity/AppPaths.h"
 #include "core/island/IslandOverlayController.h"
+#include "core/library/DragDropProvider.h"
+#include "core/library/ItemHandOut.h"
+#include "core/library/QuickLookPreviewController.h"
 #include "core/library/ScreenshotStore.h"
 #include "core/onboarding/OnboardingSession.h"
 #include "core/permissions/OnboardingPermissionService.h"
@@ -47,7 +50,7 @@ class AppDelegate {
               const QuenlioReleaseTestConfiguration& configuration);
   AppDelegate(const AppDelegate&) = delete;
   AppDelegate& operator=(const AppDelegate&) = delete;
-  // Nothing of it waits, watches or is posted afterwards.
+  // Nothing of it waits or watches afterwards, and what is posted already does nothing.
   ~AppDelegate();
 
   void applicationDidFinishLaunching();
@@ -79,6 +82,9 @@ class AppDelegate {
   [[nodiscard]] const StatusBarController* statusBarController() const { return statusBarController_.get(); }
 
  private:
+  // Reports the whole state of the run. Without a permission state the permissions are probed.
+  void syncReleaseTestState(const std::optional<OnboardingPermissionState>& permissionState = std::nullopt);
+  [[nodiscard]] std::optional<FileURL> newestScreenshot();
   [[nodiscard]] StatusBarCallbacks statusBarCallbacks();
   [[nodiscard]] std::optional<DisplayID> displayForIslandTool();
   // Offers to move the bundle to the Applications folder; true when the program starts again from there. Never offers
@@ -86,10 +92,14 @@ class AppDelegate {
   [[nodiscard]] bool handleApplicationsInstallPromptIfNeeded() { return false; }
   void decideOnboardingState();
   void requestFolderAccess();
+  // Probes the permissions and reports them; the onboarding window is to hear of those that have changed, or of all
+  // when forced. No event goes out yet.
+  void publishCurrentOnboardingPermissionState(bool force);
   void checkForUpdates();
   void startWatcher();
   void startMaintenanceTimer();
 
+  WeakOwner<AppDelegate> weak_{this};  // first, since the members are given their callbacks as they are made
   Platform platform_;
   AppServices services_;
   SharedBinding<const QuenlioReleaseTestConfiguration> boundConfiguration_;
@@ -100,7 +110,7 @@ class AppDelegate {
   SharedBinding<QuenlioReleaseTestDiagnostics> boundDiagnostics_{releaseTestDiagnostics_};
   UserDefaults& defaults_;
   AppPaths paths_;
-  AppSettings settings_;
+  AppSettings settings_;  // made at once and not on first use: the binding needs it, and so does every launch
   SharedBinding<AppSettings> boundSettings_{settings_};
   ScreenshotLocationResolver locations_;
   OnboardingPermissionService onboardingPermissionService_;
@@ -111,6 +121,10 @@ class AppDelegate {
   RequestChannel requestChannel_;
   EditorEntry editorEntry_;
   IslandHotKey islandHotKey_;
+  ItemHandOut handOut_;
+  DragDropProvider dragDrop_;
+  QuickLookPreviewController quickLook_;
+  SharedBinding<QuickLookPreviewController> boundQuickLook_{quickLook_};
   std::unique_ptr<ScreenshotStore> store_;
   std::unique_ptr<IslandOverlayController> overlayController_;
   std::unique_ptr<UpdaterController> updaterController_;
@@ -118,7 +132,6 @@ class AppDelegate {
   std::unique_ptr<ScreenshotWatcher> watcher_;
   ScheduledTask maintenanceTimer_;
   bool hasCompletedInitialLaunch_ = false;
-  WeakOwner<AppDelegate> weak_{this};
 };
 
 }  // namespace quenlio

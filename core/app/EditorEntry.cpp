@@ -3,7 +3,6 @@
 #include "core/base/ImageExtensions.h"
 #include "core/diagnostics/QuenlioReleaseTestDiagnostics.h"
 #include "core/editor/ScreenshotEditorManager.h"
-#include "core/library/ScreenshotStore.h"
 #include "core/platform/FileManager.h"
 #include "core/platform/OpenPanel.h"
 #include "core/platform/Scheduler.h"
@@ -11,11 +10,10 @@
 namespace quenlio {
 
 void EditorEntry::openEditorFromMenu(const std::optional<FileURL>& url) {
-  const auto& items = dependencies_.store().items.get();
   if (url) {
     openEditor(*url);
-  } else if (!items.empty()) {
-    openEditor(FileURL(items.front().fileURL));
+  } else if (const auto newest = dependencies_.newestScreenshot()) {
+    openEditor(*newest);
   } else if (const auto chosen = promptForEditorImage()) {
     openEditor(*chosen);
   }
@@ -28,7 +26,7 @@ void EditorEntry::openEditor(const FileURL& url) {
     return;
   }
   auto saved = weak_.bind([](EditorEntry& self, const FileURL& edited) {
-    self.dependencies_.store().refreshEditedScreenshot(edited);
+    self.dependencies_.refreshEditedScreenshot(edited);
     self.dependencies_.diagnostics.record("editor_saved", {{"path", edited.path()}});
   });
   dependencies_.editors.open(file, [saved, &scheduler = dependencies_.scheduler](const FileURL& edited) {

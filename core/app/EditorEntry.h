@@ -16,7 +16,6 @@ class OpenPanel;
 class QuenlioReleaseTestDiagnostics;
 class Scheduler;
 class ScreenshotEditorManager;
-class ScreenshotStore;
 class StandardDirectories;
 
 class EditorEntry {
@@ -28,7 +27,8 @@ class EditorEntry {
     Scheduler& scheduler;
     ScreenshotEditorManager& editors;
     QuenlioReleaseTestDiagnostics& diagnostics;
-    std::function<ScreenshotStore&()> store;  // made on first use
+    std::function<std::optional<FileURL>()> newestScreenshot;
+    std::function<void(const FileURL&)> refreshEditedScreenshot;  // in the library
   };
 
   explicit EditorEntry(Dependencies dependencies) : dependencies_(std::move(dependencies)) {}

@@ -11,23 +11,18 @@
 
 namespace quenlio {
 
-void RunReport::syncReleaseTestState(const std::optional<OnboardingPermissionState>& permissionState) {
-  // Made here at the latest: what making it takes is not to wait for the first screenshot.
-  const ScreenshotStore& store = dependencies_.store();
+void RunReport::syncReleaseTestState(const ScreenshotStore& store,
+                                     const std::optional<OnboardingPermissionState>& permissionState) {
   if (!dependencies_.diagnostics.isEnabled()) {
     return;  // spares the probe a listing of the Desktop
   }
   const OnboardingPermissionState permissions = permissionState ? *permissionState : dependencies_.permissions.probe();
-  const auto& items = store.items.get();
-  const ScreenshotItem* selected = store.selectedItem();
   dependencies_.diagnostics.update([&](QuenlioReleaseTestState& state) {
     fillFirstRun(state);
     state.appVersion = AppVersion::current(dependencies_.bundle);
     state.onboardingVisible = dependencies_.onboarding.onboardingController != nullptr;
     state.onboardingScreenshotRecoveryResult = dependencies_.onboarding.onboardingScreenshotRecoveryResultName;
-    state.screenshotCount = static_cast<std::int64_t>(items.size());
-    state.latestScreenshotPath = items.empty() ? std::nullopt : std::optional(items.front().fileURL.path());
-    state.selectedScreenshotPath = selected != nullptr ? std::optional(selected->fileURL.path()) : std::nullopt;
+    store.fillReleaseTestState(state);
     state.statusItemVisible = isStatusItemVisible_;
     state.lastInteractiveScreenshotTrigger = dependencies_.captureTrigger.lastInteractiveScreenshotTrigger();
     state.permissionState = {permissions.screenRecordingGranted, permissions.desktopFolderReadable};

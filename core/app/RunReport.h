@@ -1,7 +1,6 @@
 // Gathers what the diagnostics state tells of the application. Main thread; owned by the composition root.
 #pragma once
 
-#include <functional>
 #include <optional>
 #include <string>
 
@@ -26,13 +25,13 @@ class RunReport {
     const OnboardingSession& onboarding;
     const OnboardingPermissionService& permissions;
     const CaptureTrigger& captureTrigger;
-    std::function<ScreenshotStore&()> store;  // made on first use
   };
 
-  explicit RunReport(Dependencies dependencies) : dependencies_(std::move(dependencies)) {}
+  explicit RunReport(const Dependencies& dependencies) : dependencies_(dependencies) {}
 
   // The whole state. Without a permission state the permissions are probed, if anybody listens.
-  void syncReleaseTestState(const std::optional<OnboardingPermissionState>& permissionState);
+  void syncReleaseTestState(const ScreenshotStore& store,
+                            const std::optional<OnboardingPermissionState>& permissionState);
   // The fields of the first run alone.
   void syncFirstRunDiagnostics();
 
@@ -43,7 +42,7 @@ class RunReport {
   void fillFirstRun(QuenlioReleaseTestState& state) const;
 
   Dependencies dependencies_;
-  bool isInstallPromptVisible_ = false;
+  bool isInstallPromptVisible_ = false;  // there is no install prompt yet
   bool isStatusItemVisible_ = false;
 };
 

@@ -48,7 +48,7 @@ void ScreenshotArrival::tellOnboarding(const FileURL& url) {
   }
   // A copy: the subscriber may end its own subscription.
   if (const auto subscriber = onboarding.onboardingLiveEventSubscriber) {
-    subscriber({.captureDetected = url});
+    subscriber(CaptureDetected{url});
   }
 }
 

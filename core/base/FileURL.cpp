@@ -68,14 +68,17 @@ std::string FileURL::lastPathComponent() const {
 }
 
 std::string FileURL::pathExtension() const {
-  const std::string name = lastPathComponent();
-  const std::size_t dot = extensionDot(name);
-  return dot == std::string::npos ? std::string{} : name.substr(dot + 1);
+  return std::string(extensionOf(lastPathComponent()));
 }
 
 std::string FileURL::stem() const {
   const std::string name = lastPathComponent();
   return name.substr(0, extensionDot(name));
+}
+
+std::string_view extensionOf(std::string_view fileName) {
+  const std::size_t dot = extensionDot(fileName);
+  return dot == std::string_view::npos ? std::string_view{} : fileName.substr(dot + 1);
 }
 
 }  // namespace quenlio

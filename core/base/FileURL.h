@@ -3,7 +3,6 @@
 #pragma once
 
 #include <compare>
-#include <functional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -42,9 +41,8 @@ class FileURL {
   std::string path_;
 };
 
-}  // namespace quenlio
+// The extension of a file's name: "b.tar.gz": "gz". Empty when there is none: ".hidden" and "b." have no extension. It
+// is a part of the name that is given.
+[[nodiscard]] std::string_view extensionOf(std::string_view fileName);
 
-template <>
-struct std::hash<quenlio::FileURL> {
-  std::size_t operator()(const quenlio::FileURL& url) const noexcept { return std::hash<std::string>{}(url.path()); }
-};
+}  // namespace quenlio

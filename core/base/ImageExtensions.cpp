@@ -3,15 +3,9 @@
 #include <algorithm>
 #include <array>
 
+#include "core/base/Text.h"
+
 namespace quenlio {
-namespace {
-
-char lowercased(char letter) {
-  return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
-}
-
-}  // namespace
-
 bool hasImageExtension(const FileURL& url) {
   const std::string_view path = url.path();
   return hasImageExtension(path.substr(path.rfind('/') + 1));  // without a slash the path is the name
@@ -19,13 +13,10 @@ bool hasImageExtension(const FileURL& url) {
 
 bool hasImageExtension(std::string_view fileName) {
   static constexpr auto extensions = std::to_array<std::string_view>({"png", "jpg", "jpeg", "heic", "tiff", "pdf"});
-  const std::size_t dot = fileName.rfind('.');
-  if (dot == std::string_view::npos || dot == 0) {
-    return false;
-  }
-  const std::string_view extension = fileName.substr(dot + 1);
-  return std::ranges::any_of(
-      extensions, [extension](std::string_view known) { return std::ranges::equal(extension, known, {}, lowercased); });
+  const std::string_view extension = extensionOf(fileName);
+  return std::ranges::any_of(extensions, [extension](std::string_view known) {
+    return std::ranges::equal(extension, known, {}, [](char letter) { return lowercased(letter); });
+  });
 }
 
 }  // namespace quenlio

@@ -30,30 +30,6 @@ bool isContinuation(std::string_view text, std::size_t at, unsigned low = 0x80, 
   return byte >= low && byte <= high;
 }
 
-// Length of the well-formed UTF-8 sequence at this place (Unicode, table 3-7), or 0.
-std::size_t sequenceLength(std::string_view text, std::size_t at) {
-  const auto lead = static_cast<unsigned char>(text[at]);
-  if (lead < 0x80) {
-    return 1;
-  }
-  if (lead >= 0xC2 && lead <= 0xDF) {
-    return isContinuation(text, at + 1) ? 2 : 0;
-  }
-  if (lead >= 0xE0 && lead <= 0xEF) {
-    const unsigned low = lead == 0xE0 ? 0xA0 : 0x80;
-    const unsigned high = lead == 0xED ? 0x9F : 0xBF;
-    return isContinuation(text, at + 1, low, high) && isContinuation(text, at + 2) ? 3 : 0;
-  }
-  if (lead >= 0xF0 && lead <= 0xF4) {
-    const unsigned low = lead == 0xF0 ? 0x90 : 0x80;
-    const unsigned high = lead == 0xF4 ? 0x8F : 0xBF;
-    const bool whole =
-        isContinuation(text, at + 1, low, high) && isContinuation(text, at + 2) && isContinuation(text, at + 3);
-    return whole ? 4 : 0;
-  }
-  return 0;
-}
-
 bool isDressed(std::string_view text, std::size_t at) {
   return text.substr(at, 2) == kDressPrefix && isContinuation(text, at + 2, 0xBC, 0xBF) && isContinuation(text, at + 3);
 }
@@ -88,7 +64,7 @@ std::string dress(std::string_view text) {
       at += length;
       continue;
     }
-    const std::size_t length = isDressed(text, at) ? 0 : sequenceLength(text, at);
+    const std::size_t length = isDressed(text, at) ? 0 : utf8SequenceLength(text, at);
     if (length == 0) {
       out += dressed(static_cast<unsigned char>(text[at]));
     } else {

@@ -6,12 +6,9 @@
 // not called again, and one that joins hears of the next announcement.
 #pragma once
 
-#include <algorithm>
-#include <functional>
-#include <memory>
 #include <utility>
-#include <vector>
 
+#include "core/base/Observers.h"
 #include "core/base/Subscription.h"
 
 namespace quenlio {
@@ -19,7 +16,7 @@ namespace quenlio {
 template <class T>
 class Published {
  public:
-  using Observer = std::function<void(const T&)>;
+  using Observer = typename Observers<const T&>::Observer;
 
   explicit Published(T value = T{}) : value_(std::move(value)) {}
   Published(const Published&) = delete;
@@ -30,13 +27,7 @@ class Published {
 
   // Announces next, then stores it.
   virtual void set(T next) {
-    // A copy, since an observer may subscribe or leave while this loop runs.
-    const std::vector<std::shared_ptr<Entry>> observers = *observers_;
-    for (const auto& entry : observers) {
-      if (entry->active) {
-        entry->observer(next);
-      }
-    }
+    observers_.call(next);
     value_ = std::move(next);
   }
 
@@ -50,28 +41,11 @@ class Published {
 
   // Calls the observer at once with the present value, then at each announcement until the Subscription ends. The
   // Subscription may outlive this object.
-  [[nodiscard]] Subscription subscribe(Observer observer) {
-    auto entry = std::make_shared<Entry>(Entry{std::move(observer), true});
-    observers_->push_back(entry);
-    Subscription subscription([entry, list = std::weak_ptr(observers_)] {
-      entry->active = false;
-      if (const auto observers = list.lock()) {
-        std::erase(*observers, entry);
-      }
-    });
-    entry->observer(value_);
-    return subscription;
-  }
+  [[nodiscard]] Subscription subscribe(Observer observer) { return observers_.addAndCall(std::move(observer), value_); }
 
  private:
-  struct Entry {
-    Observer observer;
-    bool active;
-  };
-
   T value_;
-  std::shared_ptr<std::vector<std::shared_ptr<Entry>>> observers_ =
-      std::make_shared<std::vector<std::shared_ptr<Entry>>>();
+  Observers<const T&> observers_;
 };
 
 }  // namespace quenlio

@@ -1,6 +1,7 @@
 // Makes one instance reachable as X::shared() for as long as the binding lives. The composition root binds; shared()
-// asserts when nothing is bound. Logic takes references in its constructor instead, so that each object can be built
-// alone; shared() serves the outermost callers only.
+// asserts when nothing is bound. A binding covers the one made before it, and bindings end in the reverse order of
+// their making: out of order, the later one would bring an instance back that may be gone. Logic takes references in
+// its constructor instead, so that each object can be built alone; shared() serves the outermost callers only.
 #pragma once
 
 #include <cassert>

@@ -34,6 +34,14 @@ constexpr auto kWhiteSpace = std::to_array<std::string_view>({
     "\xE3\x80\x80",
 });
 
+bool isContinuation(std::string_view text, std::size_t at, unsigned low = 0x80, unsigned high = 0xBF) {
+  if (at >= text.size()) {
+    return false;
+  }
+  const auto byte = static_cast<unsigned char>(text[at]);
+  return byte >= low && byte <= high;
+}
+
 }  // namespace
 
 std::string_view trimmed(std::string_view text) {
@@ -54,9 +62,45 @@ std::string_view trimmed(std::string_view text) {
 
 std::string lowercased(std::string_view text) {
   std::string lower(text);
-  std::ranges::transform(lower, lower.begin(),
-                         [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
+  for (char& letter : lower) {
+    letter = lowercased(letter);
+  }
   return lower;
+}
+
+std::size_t utf8SequenceLength(std::string_view text, std::size_t at) {
+  const auto lead = static_cast<unsigned char>(text[at]);
+  if (lead < 0x80) {
+    return 1;
+  }
+  if (lead >= 0xC2 && lead <= 0xDF) {
+    return isContinuation(text, at + 1) ? 2 : 0;
+  }
+  if (lead >= 0xE0 && lead <= 0xEF) {
+    const unsigned low = lead == 0xE0 ? 0xA0 : 0x80;
+    const unsigned high = lead == 0xED ? 0x9F : 0xBF;
+    return isContinuation(text, at + 1, low, high) && isContinuation(text, at + 2) ? 3 : 0;
+  }
+  if (lead >= 0xF0 && lead <= 0xF4) {
+    const unsigned low = lead == 0xF0 ? 0x90 : 0x80;
+    const unsigned high = lead == 0xF4 ? 0x8F : 0xBF;
+    const bool whole =
+        isContinuation(text, at + 1, low, high) && isContinuation(text, at + 2) && isContinuation(text, at + 3);
+    return whole ? 4 : 0;
+  }
+  return 0;
+}
+
+std::string readable(std::string_view text) {
+  constexpr std::string_view replacement = "\xEF\xBF\xBD";
+  std::string out;
+  out.reserve(text.size());
+  for (std::size_t at = 0; at < text.size();) {
+    const std::size_t length = utf8SequenceLength(text, at);
+    out += length == 0 ? replacement : text.substr(at, length);
+    at += std::max<std::size_t>(length, 1);
+  }
+  return out;
 }
 
 }  // namespace quenlio

@@ -1,6 +1,7 @@
 // Small helpers on byte strings. None of them knows a locale; all work on any bytes, valid UTF-8 or not.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -11,6 +12,15 @@ namespace quenlio {
 [[nodiscard]] std::string_view trimmed(std::string_view text);
 
 // A to Z become a to z; every other byte stays.
+[[nodiscard]] constexpr char lowercased(char letter) {
+  return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
+}
 [[nodiscard]] std::string lowercased(std::string_view text);
+
+// Length of the well-formed UTF-8 sequence at this place, which is inside the text (Unicode, table 3-7), or 0.
+[[nodiscard]] std::size_t utf8SequenceLength(std::string_view text, std::size_t at);
+
+// The text as people can be shown it, always UTF-8: each byte that is not part of it becomes U+FFFD.
+[[nodiscard]] std::string readable(std::string_view text);
 
 }  // namespace quenlio

@@ -6,8 +6,9 @@
 //   };
 //
 // Use: keep one as the last member and make every stored callback with bind() (or bindOr(), where the caller wants an
-// answer). Threads: a bound callback may be copied and destroyed on any thread, but only the owner's thread (the main
-// one) may call it; another queue posts it there.
+// answer). An owner whose members are given such callbacks while it is being made keeps it as the first member instead,
+// and its destructor begins with letGo(). Threads: a bound callback may be copied and destroyed on any thread, but only
+// the owner's thread (the main one) may call it; another queue posts it there.
 #pragma once
 
 #include <memory>
@@ -21,7 +22,10 @@ class WeakOwner {
   explicit WeakOwner(Owner* owner) : box_(std::make_shared<Box>(Box{owner})) {}
   WeakOwner(const WeakOwner&) = delete;
   WeakOwner& operator=(const WeakOwner&) = delete;
-  ~WeakOwner() { box_->owner = nullptr; }
+  ~WeakOwner() { letGo(); }
+
+  // From now on every bound callback does nothing.
+  void letGo() { box_->owner = nullptr; }
 
   // A callback (Args...) -> void that calls function(owner, args...) while the owner lives.
   template <class Function>

@@ -29,7 +29,7 @@ void CandidateFiles::watch(const FileURL& folder, Date startupDate) {
 
 void CandidateFiles::scanDirectory() {
   for (const std::string& path : existingImagePaths()) {
-    processCandidatePath(path);
+    processCandidatePath(FileURL(path));
   }
 }
 
@@ -55,31 +55,30 @@ void CandidateFiles::handleFileEvents(const FSEventBatch& batch) {
     return;
   }
   const auto count = static_cast<std::size_t>(batch.numEvents);
+  // Paths and flags cannot be matched up then: the listing tells what is there.
   if (!batch.paths || batch.paths->size() < count) {
     scanDirectory();
-    if (!batch.paths) {
-      return;
-    }
+    return;
   }
-  for (std::size_t i = 0; i < std::min(count, batch.paths->size()); ++i) {
+  for (std::size_t i = 0; i < count; ++i) {
     const auto& path = (*batch.paths)[i];
     if (!path) {
       continue;
     }
+    const FileURL url(*path);
     const FSEventFlags flags = batch.flags && i < batch.flags->size() ? (*batch.flags)[i] : 0;
     if ((flags & kFSEventStreamEventFlagMustScanSubDirs) != 0) {
       scanDirectory();
     } else if ((flags & kFSEventStreamEventFlagItemRemoved) != 0) {
-      knownPaths_.erase(*path);
-      stopLooking(*path);
+      knownPaths_.erase(url.path());
+      stopLooking(url.path());
     } else {
-      processCandidatePath(*path);
+      processCandidatePath(url);
     }
   }
 }
 
-void CandidateFiles::processCandidatePath(const std::string& path) {
-  const FileURL url(path);
+void CandidateFiles::processCandidatePath(const FileURL& url) {
   if (!hasImageExtension(url)) {
     return;
   }
@@ -87,13 +86,13 @@ void CandidateFiles::processCandidatePath(const std::string& path) {
     return;
   }
   // From here on the path counts as seen, whatever follows: one candidate is judged once.
-  if (!knownPaths_.insert(path).second) {
+  if (!knownPaths_.insert(url.path()).second) {
     return;
   }
-  if (!wasCreatedRecently(url) || pendingPaths_.contains(path)) {
+  if (!wasCreatedRecently(url) || pendingPaths_.contains(url.path())) {
     return;
   }
-  pendingPaths_[path] = {};
+  pendingPaths_[url.path()] = {};
   looksUnderWay_[url.path()] = ++lastLooksID_;
   emitWhenFileExists({url, lastLooksID_}, 0);
 }

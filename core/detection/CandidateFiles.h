@@ -37,9 +37,9 @@ class CandidateFiles : public std::enable_shared_from_this<CandidateFiles> {
   void watch(const FileURL& folder, Date startupDate);
   void handleFileEvents(const FSEventBatch& batch);
   void scanDirectory();
-  void processCandidatePath(const std::string& path);
 
  private:
+  void processCandidatePath(const FileURL& url);
   [[nodiscard]] std::vector<std::string> existingImagePaths() const;
   [[nodiscard]] bool wasCreatedRecently(const FileURL& url) const;
   [[nodiscard]] std::optional<std::int64_t> fileSize(const FileURL& url) const;

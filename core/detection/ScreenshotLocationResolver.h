@@ -25,8 +25,8 @@ class ScreenshotLocationResolver {
   explicit ScreenshotLocationResolver(const Dependencies& dependencies) : dependencies_(dependencies) {}
 
   // Always gives a folder: the user's own choice, else what the desktop is set to, else the Desktop. Asked for anew
-  // each time, so a change of the desktop's setting shows at once. The folder need not exist or be readable. Each
-  // resolved bookmark opens access to its folder, which ends with the process.
+  // each time, so a change of the desktop's setting shows at the next call. The folder need not exist or be readable.
+  // Each resolved bookmark opens access to its folder, which ends with the process.
   [[nodiscard]] FileURL resolveFolder(const AppSettings& settings) const;
 
  private:

@@ -69,7 +69,7 @@ void QuenlioReleaseTestDiagnostics::record(std::string_view event, const EventMe
 
 std::optional<QuenlioReleaseTestState> QuenlioReleaseTestDiagnostics::loadPersistedState() const {
   const auto file = configuration_.stateFileURL();
-  if (!file) {
+  if (!isEnabled_ || !file) {
     return std::nullopt;
   }
   const auto text = contents_.read(*file);

@@ -2,8 +2,8 @@
 // log that only grows. Call it from anywhere, on any thread, at any time: when diagnostics are off, a call costs one
 // test and leaves no trace. Owned by the composition root.
 //
-// One serial queue guards the state and both files; callers wait for the write. No failure is ever reported:
-// diagnostics must not disturb the product.
+// One serial queue guards the state and both files, and callers wait for the write; loadPersistedState() alone goes past
+// it and reads what is in the file. No failure is ever reported: diagnostics must not disturb the product.
 #pragma once
 
 #include <functional>
@@ -41,13 +41,12 @@ class QuenlioReleaseTestDiagnostics {
   // Appends one event: a pretty-printed JSON object and a new line.
   void record(std::string_view event, const EventMetadata& metadata = {});
 
-  // Runs the work on the queue and waits for it; at once when already there.
-  void performOnQueue(const Task& work);
-
-  // What state.json holds now, or nothing when it cannot be read.
+  // What state.json holds now. Nothing when it cannot be read, or when diagnostics are off.
   [[nodiscard]] std::optional<QuenlioReleaseTestState> loadPersistedState() const;
 
  private:
+  // Runs the work on the queue and waits for it; at once when already there.
+  void performOnQueue(const Task& work);
   void persistState();
   void ensureDirectoryExists();
 

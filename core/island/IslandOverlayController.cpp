@@ -1,9 +1,11 @@
 #include "core/island/IslandOverlayController.h"
 
-#include <algorithm>
+#include <chrono>
+#include <string>
 #include <utility>
 
 #include "core/detection/ScreenshotLocationResolver.h"
+#include "core/editor/ScreenshotEditorManager.h"
 #include "core/island/IslandLayoutMetrics.h"
 #include "core/island/IslandOverlayRootViewModel.h"
 #include "core/island/IslandShell.h"
@@ -46,6 +48,19 @@ IslandOverlayController::IslandOverlayController(Dependencies dependencies)
       .clock = dependencies_.clock,
       .hide = weak_.bind([](IslandOverlayController& self) { self.hide(kSlideOut); }),
   });
+  keys_.emplace(IslandKeys::Dependencies{
+      .store = dependencies_.store,
+      .presentationState = presentationState_,
+      .panel = *panel_,
+      .screens = dependencies_.screens,
+      .quickLook = dependencies_.quickLook,
+      .previewPanel = dependencies_.previewPanel,
+      .scheduleHideIfNeeded =
+          weak_.bind([](IslandOverlayController& self) { self.autoDismiss_->scheduleHideIfNeeded(); }),
+      .show = weak_.bind([](IslandOverlayController& self, std::optional<DisplayID> display) { self.show(display); }),
+      .openEditor =
+          weak_.bind([](IslandOverlayController& self, const ScreenshotItem& item) { self.openEditor(item); }),
+  });
   setupPanel();
   bindSettings();
 }
@@ -58,13 +73,13 @@ void IslandOverlayController::setupPanel() {
   panel_->setHidesOnDeactivate(false);
   panel_->setIgnoresMouseEvents(true);
   panel_->setOnKeyDown(weak_.bindOr(
-      false, [](IslandOverlayController& self, const KeyEvent& event) { return self.handleKeyEvent(event); }));
+      false, [](IslandOverlayController& self, const KeyEvent& event) { return self.keys_->handleKeyEvent(event); }));
   dependencies_.shell.setContentView(*panel_, rootViewModel());
   keyDownMonitor_ = dependencies_.eventMonitors.addLocalMonitorForKeyDown(
       weak_.bindOr(false, [](IslandOverlayController& self, const KeyEvent& event) {
         const bool isListening =
             self.panel_->isVisible() && (self.panel_->isKeyWindow() || self.autoDismiss_->isHovered);
-        return isListening && self.handleKeyEvent(event);
+        return isListening && self.keys_->handleKeyEvent(event);
       }));
   hide({});
 }
@@ -75,9 +90,12 @@ IslandOverlayRootViewModel IslandOverlayController::rootViewModel() {
       .store = dependencies_.store,
       .settings = dependencies_.settings,
       .presentationState = presentationState_,
+      .dragDrop = dependencies_.dragDrop,
+      .scheduler = dependencies_.scheduler,
+      .clock = dependencies_.clock,
       .onHoverChanged = weak_.bind([](Self& self, bool hovering) { self.hoverChanged(hovering); }),
       .onClose = weak_.bind([](Self& self) { self.hideFromCloseButton(); }),
-      .onOpenQuickLook = weak_.bind([](Self& self, const ScreenshotItem& item) { self.openQuickLook(item); }),
+      .onOpenQuickLook = weak_.bind([](Self& self, const ScreenshotItem& item) { self.keys_->openQuickLook(item); }),
       .onOpenEditor = weak_.bind([](Self& self, const ScreenshotItem& item) { self.openEditor(item); }),
       .onWindowDrag = weak_.bind([](Self& self, Size translation, bool ended) { self.dragPanel(translation, ended); }),
       .onItemDragStateChanged = weak_.bind([](Self& self, bool dragging) { self.itemDragStateChanged(dragging); }),
@@ -322,12 +340,12 @@ void IslandOverlayController::refreshFolderAccessState() {
   presentationState_.screenshotFolderPath.set(folder.path());
 }
 
-bool IslandOverlayController::handleKeyEvent(const KeyEvent&) {
-  return false;
+void IslandOverlayController::openEditor(const ScreenshotItem& item) {
+  auto refresh = weak_.bind(
+      [](IslandOverlayController& self, const FileURL& url) { self.dependencies_.store.refreshEditedScreenshot(url); });
+  dependencies_.editors.open(item.fileURL, [refresh, &scheduler = dependencies_.scheduler](const FileURL& url) {
+    scheduler.post([refresh, url] { refresh(url); });
+  });
 }
-
-void IslandOverlayController::openQuickLook(const ScreenshotItem&) {}
-
-void IslandOverlayController::openEditor(const ScreenshotItem&) {}
 
 }  // namespace quenlio

@@ -11,6 +11,7 @@
 #include "core/base/WeakOwner.h"
 #include "core/identity/ScreenUtilities.h"
 #include "core/island/IslandAutoDismiss.h"
+#include "core/island/IslandKeys.h"
 #include "core/island/IslandOverlayPresentationState.h"
 #include "core/platform/Panel.h"
 
@@ -18,8 +19,12 @@ namespace quenlio {
 
 class Appearance;
 class Application;
+class DragDropProvider;
 class FileManager;
 class IslandShell;
+class PreviewPanel;
+class QuickLookPreviewController;
+class ScreenshotEditorManager;
 class ScreenshotLocationResolver;
 struct IslandOverlayRootViewModel;
 struct ScreenshotItem;
@@ -43,6 +48,10 @@ class IslandOverlayController {
     Application& application;
     Appearance& appearance;
     EventMonitors& eventMonitors;
+    DragDropProvider& dragDrop;
+    QuickLookPreviewController& quickLook;
+    PreviewPanel& previewPanel;
+    ScreenshotEditorManager& editors;
     const FileManager& files;
     const ScreenshotLocationResolver& locations;
     std::function<void()> onRequestNewScreenshot;
@@ -87,18 +96,15 @@ class IslandOverlayController {
   [[nodiscard]] std::optional<ScreenInfo> resolveTargetScreen(std::optional<DisplayID> preferredDisplayID) const;
   [[nodiscard]] std::optional<ScreenInfo> targetScreenForPanelUpdates() const;
 
-  // Keys of the island. None is known yet: every key is passed on.
-  [[nodiscard]] bool handleKeyEvent(const KeyEvent& event);
-  // Opens the preview window on all screenshots, at this one. Does nothing yet.
-  void openQuickLook(const ScreenshotItem& item);
-  // Opens the editor on the screenshot. Does nothing yet.
+  // The editor on the screenshot; what it saves comes back into the library.
   void openEditor(const ScreenshotItem& item);
 
   Dependencies dependencies_;
   IslandSettings announced_;
   IslandOverlayPresentationState presentationState_;
   std::unique_ptr<Panel> panel_;
-  std::optional<IslandAutoDismiss> autoDismiss_;  // set from the constructor on
+  std::optional<IslandAutoDismiss> autoDismiss_;  // these two are set from the constructor on
+  std::optional<IslandKeys> keys_;
   std::optional<Point<Screen>> dragStartOrigin_;
   std::optional<DisplayID> lastPresentedDisplayID_;
   ScheduledTask pointerRecheck_;

@@ -10,6 +10,9 @@
 namespace quenlio {
 
 class AppSettings;
+class Clock;
+class DragDropProvider;
+class Scheduler;
 class ScreenshotStore;
 struct IslandOverlayPresentationState;
 struct ScreenshotItem;
@@ -18,6 +21,9 @@ struct IslandOverlayRootViewModel {
   ScreenshotStore& store;
   AppSettings& settings;
   IslandOverlayPresentationState& presentationState;
+  DragDropProvider& dragDrop;
+  Scheduler& scheduler;
+  const Clock& clock;
 
   std::function<void(bool hovering)> onHoverChanged;
   std::function<void()> onClose;

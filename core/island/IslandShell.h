@@ -15,8 +15,9 @@ class IslandShell {
   virtual ~IslandShell() = default;
   // Borderless and non-activating (style mask 128), buffered, not deferred, ordered out.
   [[nodiscard]] virtual std::unique_ptr<Panel> makePanel(const Rect<Screen>& contentRect) = 0;
-  // Builds IslandOverlayRootView over the store, the settings and the presentation state, wraps it so that the first
-  // click acts, and makes it the panel's content view. The panel is one of makePanel's.
+  // Builds IslandOverlayRootView over the model and makes it the panel's content view: a first click on the panel acts,
+  // also while another window is active, and a wish from without to close the panel comes to the model's onClose. The
+  // panel is one of makePanel's.
   virtual void setContentView(Panel& panel, const IslandOverlayRootViewModel& model) = 0;
 };
 

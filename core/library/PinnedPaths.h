@@ -24,8 +24,9 @@ class PinnedPaths {
   void persist();
 
   [[nodiscard]] bool contains(const FileURL& url) const { return paths_.contains(url.path()); }
+  void insert(const FileURL& url) { paths_.insert(url.path()); }
+  void remove(const FileURL& url) { paths_.erase(url.path()); }
   void replaceAll(std::set<std::string> paths) { paths_ = std::move(paths); }
-  [[nodiscard]] const std::set<std::string>& paths() const { return paths_; }
 
  private:
   FileURL file_;

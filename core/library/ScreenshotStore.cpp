@@ -15,11 +15,6 @@ namespace {
 
 constexpr Size kThumbnailSize{280, 220};
 
-FileAttributes attributesOrNone(const FileManager& files, const FileURL& url) {
-  const auto attributes = files.attributesOfItemAtPath(url);
-  return attributes.ok() ? attributes.value() : FileAttributes{};
-}
-
 }  // namespace
 
 ScreenshotStore::ScreenshotStore(const Dependencies& dependencies)
@@ -46,7 +41,7 @@ void ScreenshotStore::ingestScreenshot(FileURL url, std::optional<DisplayID> sou
   if (!dependencies_.files.fileExistsAtPath(url) || !hasImageExtension(url)) {
     return;
   }
-  const FileAttributes attributes = attributesOrNone(dependencies_.files, url);
+  const FileAttributes attributes = attributesOrNone(url);
   const ScreenshotItem item{
       .id = Uuid::random(),
       .fileURL = url,
@@ -56,14 +51,20 @@ void ScreenshotStore::ingestScreenshot(FileURL url, std::optional<DisplayID> sou
       .thumbnail = nullptr,
       .sourceDisplayID = sourceDisplayID,
   };
-  items.mutate(
-      [&](auto& list) { std::erase_if(list, [&](const ScreenshotItem& other) { return other.fileURL == url; }); });
-  items.mutate([&](auto& list) { list.insert(list.begin(), item); });
-  select(item.id);
+  insertAndSelect(item);
   pruneIfNeeded();
   pinned_.persist();
   makeThumbnailLater(std::move(url), item.id);
   syncReleaseTestDiagnostics();
+}
+
+// In the place of any item that has the same file.
+void ScreenshotStore::insertAndSelect(const ScreenshotItem& item) {
+  items.mutate([&](auto& list) {
+    std::erase_if(list, [&](const ScreenshotItem& other) { return other.fileURL == item.fileURL; });
+  });
+  items.mutate([&](auto& list) { list.insert(list.begin(), item); });
+  select(item.id);
 }
 
 void ScreenshotStore::refreshEditedScreenshot(FileURL url) {
@@ -72,7 +73,7 @@ void ScreenshotStore::refreshEditedScreenshot(FileURL url) {
   if (found == list.end() || !dependencies_.files.fileExistsAtPath(url)) {
     return;
   }
-  const FileAttributes attributes = attributesOrNone(dependencies_.files, url);
+  const FileAttributes attributes = attributesOrNone(url);
   const Uuid id = found->id;
   items.mutate([&, index = found - list.begin()](auto& edited) {
     ScreenshotItem& item = edited[static_cast<std::size_t>(index)];
@@ -134,13 +135,20 @@ void ScreenshotStore::makeThumbnailLater(FileURL url, const Uuid& id) {
 }
 
 void ScreenshotStore::syncReleaseTestDiagnostics() {
+  dependencies_.diagnostics.update([&](QuenlioReleaseTestState& state) { fillReleaseTestState(state); });
+}
+
+void ScreenshotStore::fillReleaseTestState(QuenlioReleaseTestState& state) const {
+  const auto& list = items.get();
   const ScreenshotItem* selected = selectedItem();
-  dependencies_.diagnostics.update([&](QuenlioReleaseTestState& state) {
-    const auto& list = items.get();
-    state.screenshotCount = static_cast<std::int64_t>(list.size());
-    state.latestScreenshotPath = list.empty() ? std::nullopt : std::optional(list.front().fileURL.path());
-    state.selectedScreenshotPath = selected != nullptr ? std::optional(selected->fileURL.path()) : std::nullopt;
-  });
+  state.screenshotCount = static_cast<std::int64_t>(list.size());
+  state.latestScreenshotPath = list.empty() ? std::nullopt : std::optional(list.front().fileURL.path());
+  state.selectedScreenshotPath = selected != nullptr ? std::optional(selected->fileURL.path()) : std::nullopt;
+}
+
+FileAttributes ScreenshotStore::attributesOrNone(const FileURL& url) const {
+  const auto attributes = dependencies_.files.attributesOfItemAtPath(url);
+  return attributes.ok() ? attributes.value() : FileAttributes{};
 }
 
 const ScreenshotItem* ScreenshotStore::find(const Uuid& id) const {

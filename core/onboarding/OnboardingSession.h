@@ -6,6 +6,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <variant>
 
 #include "core/base/FileURL.h"
 #include "core/onboarding/FirstRunExperience.h"
@@ -19,10 +20,20 @@ class FloatingThumbnailOnboardingController {
   virtual ~FloatingThumbnailOnboardingController() = default;
 };
 
-// What the onboarding window hears of while it is up.
-struct OnboardingLiveEvent {
-  FileURL captureDetected;
+struct CaptureDetected {
+  FileURL url;
 };
+struct ScreenRecordingChanged {
+  bool isGranted;
+};
+struct DesktopFolderAccessChanged {
+  bool isReadable;
+};
+struct CaptureTimeout {};
+
+// What the onboarding window hears of while it is up. Only captures are told yet.
+using OnboardingLiveEvent =
+    std::variant<CaptureDetected, ScreenRecordingChanged, DesktopFolderAccessChanged, CaptureTimeout>;
 
 struct OnboardingSession {
   OnboardingProgressState onboardingState = OnboardingProgressState::pending;

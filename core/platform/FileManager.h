@@ -20,7 +20,8 @@ struct FileAttributes {
   std::optional<std::int64_t> size;  // bytes
 };
 
-// One entry of a listing, with its values as far as they can be read. A file that is still being written has none.
+// One entry of a listing, with its values as far as they can be read. A picture that is still being
+// written has none.
 struct DirectoryEntry {
   FileURL url;
   std::optional<bool> isRegularFile;
@@ -54,6 +55,9 @@ class FileManager {
   // One file. The destination must not exist.
   virtual PlatformResult<Done> copyItemAtURL(const FileURL& from, const FileURL& to) = 0;
   virtual PlatformResult<Done> removeItemAtURL(const FileURL& url) = 0;
+  // Moves it to the user's trash and tells where it lies there, if that is known. Moved back out of the trash, it
+  // leaves nothing behind there.
+  virtual PlatformResult<std::optional<FileURL>> trashItemAtURL(const FileURL& url) = 0;
 };
 
 // The contents of small files.

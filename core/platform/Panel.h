@@ -1,7 +1,6 @@
 // The floating panel and the keys that reach it. Main thread.
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -10,6 +9,7 @@
 
 #include "core/base/Date.h"
 #include "core/base/Subscription.h"
+#include "core/geometry/Easing.h"
 #include "core/geometry/Geometry.h"
 #include "core/platform/Screens.h"
 
@@ -27,13 +27,6 @@ struct KeyEvent {
   std::optional<std::string> charactersIgnoringModifiers;  // UTF-8
 };
 
-// A cubic timing function by its two inner control points.
-struct TimingCurve {
-  std::array<double, 4> controlPoints;  // x1, y1, x2, y2
-  bool operator==(const TimingCurve&) const = default;
-};
-inline constexpr TimingCurve kEaseIn{{0.42, 0.0, 1.0, 1.0}};
-
 struct PanelAnimation {
   Seconds duration;
   TimingCurve curve;
@@ -43,6 +36,9 @@ struct PanelAnimation {
 
 inline constexpr std::uint32_t kCollectionBehaviorIsland = 257;  // canJoinAllSpaces and fullScreenAuxiliary
 inline constexpr int kStatusWindowLevel = 25;
+
+// What has the keyboard inside a window.
+enum class FirstResponder { contentView, textView, textField, other };
 
 // A borderless, non-activating window that floats over others. It can take the keyboard and never becomes main.
 class Panel {
@@ -70,6 +66,7 @@ class Panel {
 
   [[nodiscard]] virtual bool isVisible() const = 0;
   [[nodiscard]] virtual bool isKeyWindow() const = 0;
+  [[nodiscard]] virtual FirstResponder firstResponder() const = 0;
   [[nodiscard]] virtual Rect<Screen> frame() const = 0;
   // The screen that holds most of it; nothing when it is on none.
   [[nodiscard]] virtual std::optional<ScreenInfo> screen() const = 0;

@@ -9,25 +9,32 @@ class Application;
 class Bookmarks;
 class Clock;
 class DistributedNotificationCenter;
+class DraggingSessions;
 class EventMonitors;
 class FSEventStreams;
 class FileContents;
 class FileManager;
 class FileMetadata;
 class HotKeys;
+class Images;
 class LoginItem;
 class MainBundle;
 class OpenPanel;
 class Panel;
+class Pasteboard;
 class Preferences;
+class PreviewPanel;
 class ProcessInfo;
 class Scheduler;
 class ScreenCaptureAccess;
 class Screens;
+class SharingServicePicker;
 class StandardDirectories;
 class SystemLog;
 class ThumbnailRenderer;
 class UserDefaultsSuites;
+class Windows;
+class Workspace;
 
 struct Platform {
   Scheduler& scheduler;
@@ -53,6 +60,13 @@ struct Platform {
   OpenPanel& openPanel;
   const ScreenCaptureAccess& screenCapture;
   ThumbnailRenderer& thumbnails;
+  const Images& images;
+  Pasteboard& pasteboard;
+  SharingServicePicker& sharingServicePicker;
+  Workspace& workspace;
+  const Windows& windows;
+  DraggingSessions& draggingSessions;
+  PreviewPanel& previewPanel;
 };
 
 }  // namespace quenlio

@@ -14,7 +14,8 @@ using PreferenceValue = std::variant<bool, std::int64_t, std::string>;
 class Preferences {
  public:
   virtual ~Preferences() = default;
-  // The live value, asked for anew each time. Nothing when it is not set.
+  // The live value, asked for anew each time; the last one known where the desktop is slow to answer. Nothing when it
+  // is not set.
   [[nodiscard]] virtual std::optional<PreferenceValue> CFPreferencesCopyAppValue(std::string_view key,
                                                                                  std::string_view domain) = 0;
 };

@@ -136,20 +136,23 @@ template std::vector<IslandSide> allCases();
 template std::vector<ScreenshotLocationMode> allCases();
 
 AppSettings::AppSettings(const Dependencies& dependencies)
-    // The savers live and die with their settings, which are members of this object.
-    : islandEnabled(true, [this] { store(); }),
-      islandDurationMode(IslandDurationMode::timed, [this] { store(); }),
-      islandDurationSeconds(30.0, [this] { store(); }),
-      maxHistory(10, [this] { store(); }),
-      islandSize(IslandSize::extraSmall, [this] { store(); }),
-      islandSide(IslandSide::right, [this] { store(); }),
-      pinnedKeepsVisible(true, [this] { store(); }),
-      detectLocationMode(ScreenshotLocationMode::automatic, [this] { store(); }),
-      manualScreenshotFolderBookmark(std::nullopt, [this] { store(); }),
-      launchAtLogin(false, [this] { storeLaunchAtLogin(); }),
+    : islandEnabled(true, saverOfAll()),
+      islandDurationMode(IslandDurationMode::timed, saverOfAll()),
+      islandDurationSeconds(30.0, saverOfAll()),
+      maxHistory(10, saverOfAll()),
+      islandSize(IslandSize::extraSmall, saverOfAll()),
+      islandSide(IslandSide::right, saverOfAll()),
+      pinnedKeepsVisible(true, saverOfAll()),
+      detectLocationMode(ScreenshotLocationMode::automatic, saverOfAll()),
+      manualScreenshotFolderBookmark(std::nullopt, saverOfAll()),
+      launchAtLogin(false, weak_.bind([](AppSettings& self) { self.storeLaunchAtLogin(); })),
       dependencies_(dependencies) {
   migrateLegacyDefaultsIfNeeded();
   load();
+}
+
+std::function<void()> AppSettings::saverOfAll() const {
+  return weak_.bind([](AppSettings& self) { self.store(); });
 }
 
 AppSettings& AppSettings::shared() {

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "core/base/Published.h"
+#include "core/base/WeakOwner.h"
 #include "core/platform/UserDefaults.h"
 
 namespace quenlio {
@@ -54,18 +55,14 @@ class Setting : public Published<T> {
     Published<T>::set(std::move(next));
     save_();
   }
-  template <class Edit>
-  void mutate(Edit edit) {
-    T next = this->get();
-    edit(next);
-    set(std::move(next));
-  }
 
  private:
   std::function<void()> save_;
 };
 
 class AppSettings {
+  WeakOwner<AppSettings> weak_{this};  // first, since each setting is given its saver as it is made
+
  public:
   struct Dependencies {
     UserDefaults& defaults;
@@ -79,6 +76,7 @@ class AppSettings {
 
   // Takes over keys of the earlier name, then loads.
   explicit AppSettings(const Dependencies& dependencies);
+  ~AppSettings() { weak_.letGo(); }
   AppSettings(const AppSettings&) = delete;
   AppSettings& operator=(const AppSettings&) = delete;
 
@@ -108,6 +106,7 @@ class AppSettings {
  private:
   void migrateLegacyDefaultsIfNeeded();
   void load();
+  [[nodiscard]] std::function<void()> saverOfAll() const;
   void storeLaunchAtLogin();
   void applyLaunchAtLogin(bool enabled);
 

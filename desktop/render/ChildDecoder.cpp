@@ -83,7 +83,8 @@ void ChildDecoder::stop() const {
   }
 }
 
-std::optional<DecodedImage> ChildDecoder::decode(int descriptor, PictureKind kind, const Fit& fit) const {
+std::optional<DecodedImage> ChildDecoder::decode(int descriptor, PictureKind kind, const Fit& fit,
+                                                 const std::stop_token& stop) const {
   const auto deadline = std::chrono::steady_clock::now() + patience_;
   const auto kindName = std::ranges::find(decoder::kKinds, kind, &decoder::NamedKind::kind)->name;
   const auto modeName = std::ranges::find(decoder::kModes, fit.mode, &decoder::NamedMode::mode)->name;
@@ -94,6 +95,7 @@ std::optional<DecodedImage> ChildDecoder::decode(int descriptor, PictureKind kin
     return std::nullopt;
   }
   const Running running(*children_, *child);
+  const std::stop_callback stopping(stop, [&child] { child->kill(); });
   return readAnswer(*child, fit, deadline);
 }
 

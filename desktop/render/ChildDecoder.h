@@ -8,6 +8,7 @@
 #include <mutex>
 #include <optional>
 #include <set>
+#include <stop_token>
 #include <string>
 
 #include "core/base/FileURL.h"
@@ -27,8 +28,10 @@ class ChildDecoder {
       : program_(std::move(program)), patience_(patience), children_(std::make_shared<Children>()) {}
 
   // Starts the program on the open file, waits for its answer and holds it against what was asked for. Nothing when
-  // there is no such program, it crashes, is too slow, or answers anything else than one whole picture.
-  [[nodiscard]] std::optional<DecodedImage> decode(int descriptor, PictureKind kind, const Fit& fit) const;
+  // there is no such program, it crashes, is too slow, or answers anything else than one whole picture. A stop kills
+  // it.
+  [[nodiscard]] std::optional<DecodedImage> decode(int descriptor, PictureKind kind, const Fit& fit,
+                                                   const std::stop_token& stop = {}) const;
 
   // For the end of the program: kills the children that run, and starts no more. Who waits for one has nothing, at
   // once.

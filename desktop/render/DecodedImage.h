@@ -4,6 +4,7 @@
 #include <QImage>
 #include <QSizeF>
 #include <optional>
+#include <stop_token>
 
 namespace quenlio {
 
@@ -18,6 +19,7 @@ inline constexpr double kMostPixelsHeldHere = 16e6;
 
 struct ReadLimits {
   double mostPixelsHeld = kMostPixelsHeldHere;
+  std::stop_token stop = {};  // once asked for, the reading ends soon and gives nothing
 };
 
 struct ReadResult {

@@ -41,11 +41,19 @@ class JpegReader {
   JpegReader& operator=(const JpegReader&) = delete;
   ~JpegReader() { jpeg_destroy_decompress(&jpeg_); }
 
+  std::optional<QSizeF> pointSize() {
+    if (!succeeds(&JpegReader::readHeader)) {
+      return std::nullopt;
+    }
+    readMetadata();
+    return isReasonable(shownSize()) ? std::optional(inPoints(shownSize(), density())) : std::nullopt;
+  }
+
   ReadResult read() {
     if (!succeeds(&JpegReader::readHeader)) {
       return {};
     }
-    const QSize stored(static_cast<int>(jpeg_.image_width), static_cast<int>(jpeg_.image_height));
+    const QSize stored = storedSize();
     if (!isReasonable(stored)) {
       return {};
     }
@@ -54,7 +62,7 @@ class JpegReader {
       return {.decoded = std::nullopt, .tooLargeToHold = true};
     }
     readMetadata();
-    const QSize shown = swapsSides(exif_.orientation) ? stored.transposed() : stored;
+    const QSize shown = shownSize();
     if (!succeeds(&JpegReader::start)) {
       return {};
     }
@@ -87,7 +95,7 @@ class JpegReader {
   }
 
   void progressed() {
-    if (jpeg_.input_scan_number > kMostScans) {
+    if (jpeg_.input_scan_number > kMostScans || limits_.stop.stop_requested()) {
       std::longjmp(failed_, 1);
     }
   }
@@ -126,8 +134,7 @@ class JpegReader {
   // The codec decodes at an eighth, a quarter or half of the size: the smallest that is still twice what is wanted, so
   // that our own averaging decides the quality.
   void start() {
-    const QSize stored(static_cast<int>(jpeg_.image_width), static_cast<int>(jpeg_.image_height));
-    const QSize shown = swapsSides(exif_.orientation) ? stored.transposed() : stored;
+    const QSize shown = shownSize();
     const double wanted = placed(shown, fit_).picture.width() / shown.width();
     jpeg_.scale_denom = 8;
     jpeg_.scale_num = 1;
@@ -165,6 +172,13 @@ class JpegReader {
         row_[x * 3 + c] = static_cast<std::uint8_t>((light(c) * black + 127) / 255);
       }
     }
+  }
+
+  [[nodiscard]] QSize storedSize() const {
+    return {static_cast<int>(jpeg_.image_width), static_cast<int>(jpeg_.image_height)};
+  }
+  [[nodiscard]] QSize shownSize() const {
+    return swapsSides(exif_.orientation) ? storedSize().transposed() : storedSize();
   }
 
   // The placement of the picture as it is stored, before it is turned upright.
@@ -209,6 +223,10 @@ class JpegReader {
 
 ReadResult readJpeg(std::FILE* file, const Fit& fit, const ReadLimits& limits) {
   return JpegReader(file, fit, limits).read();
+}
+
+std::optional<QSizeF> jpegPointSize(std::FILE* file) {
+  return JpegReader(file, {}, {}).pointSize();
 }
 
 }  // namespace quenlio

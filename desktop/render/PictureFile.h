@@ -4,13 +4,12 @@
 #include <cstdio>
 #include <memory>
 #include <optional>
-#include <string_view>
 
 #include "core/base/FileURL.h"
 
-namespace quenlio {
+#include "desktop/linux/system/PictureKind.h"
 
-enum class PictureKind { png, jpeg, heic, tiff, pdf };
+namespace quenlio {
 
 struct CloseFile {
   void operator()(std::FILE* file) const { std::fclose(file); }
@@ -23,11 +22,7 @@ struct PictureFile {
   PictureKind kind;
 };
 
-// Nothing when the file cannot be opened, is not a regular one or is of no kind that is shown. The kind is told by the
-// contents: a name's extension proves nothing.
+// Nothing when the file cannot be opened, is not a regular one or is of no kind that is shown.
 [[nodiscard]] std::optional<PictureFile> openPicture(const FileURL& url);
-
-// The kind by the first bytes of a file; at most a thousand are looked at.
-[[nodiscard]] std::optional<PictureKind> pictureKind(std::string_view head);
 
 }  // namespace quenlio

@@ -30,6 +30,13 @@ class PngReader {
   PngReader& operator=(const PngReader&) = delete;
   ~PngReader() { png_destroy_read_struct(&png_, &info_, nullptr); }
 
+  std::optional<QSizeF> pointSize() {
+    if (info_ == nullptr || !succeeds(&PngReader::readHeader) || !isReasonable(size_)) {
+      return std::nullopt;
+    }
+    return inPoints(size_, density());
+  }
+
   ReadResult read() {
     if (info_ == nullptr || !succeeds(&PngReader::readHeader) || !isReasonable(size_)) {
       return {};
@@ -97,9 +104,16 @@ class PngReader {
     }
   }
 
+  void readRow(std::uint8_t* row) {
+    if (limits_.stop.stop_requested()) {
+      png_error(png_, "stopped");
+    }
+    png_read_row(png_, row, nullptr);
+  }
+
   void readRows() {
     for (int y = 0; y < size_.height(); ++y) {
-      png_read_row(png_, rows_.data(), nullptr);
+      readRow(rows_.data());
       take(rows_.data());
     }
   }
@@ -107,7 +121,7 @@ class PngReader {
   void readInterlaced() {
     for (int pass = 0; pass < PNG_INTERLACE_ADAM7_PASSES; ++pass) {
       for (std::size_t at = 0; at < rows_.size(); at += rowBytes()) {
-        png_read_row(png_, &rows_[at], nullptr);
+        readRow(&rows_[at]);
       }
     }
     for (std::size_t at = 0; at < rows_.size(); at += rowBytes()) {
@@ -168,6 +182,10 @@ class PngReader {
 
 ReadResult readPng(std::FILE* file, const Fit& fit, const ReadLimits& limits) {
   return PngReader(file, fit, limits).read();
+}
+
+std::optional<QSizeF> pngPointSize(std::FILE* file) {
+  return PngReader(file, {}, {}).pointSize();
 }
 
 }  // namespace quenlio

@@ -13,7 +13,7 @@ class QtImage final : public Image {
  public:
   // The pixels are ARGB32_Premultiplied; the size is in points, whatever number of pixels it is drawn from. The picture
   // is the image as a whole.
-  QtImage(QImage image, Size points) : QtImage(image, points, image.rect()) {}
+  QtImage(const QImage& image, Size points) : QtImage(image, points, image.rect()) {}
   // A canvas, and where on it the picture stands, in pixels. Its pixels cannot tell: it may be clear at its own edges.
   QtImage(QImage canvas, Size points, const QRectF& picture)
       : image_(std::move(canvas)), points_(points), picture_(picture) {}

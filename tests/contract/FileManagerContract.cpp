@@ -7,6 +7,7 @@
 #include "desktop/linux/system/OwnFiles.h"
 
 #include "tests/contract/TemporaryFolder.h"
+#include "tests/fakes/FakeDesktop.h"
 #include "tests/fakes/FakeFileSystem.h"
 #include "tests/harness/VirtualTime.h"
 
@@ -18,6 +19,7 @@ struct FakeFiles {
   CallLog log;
   FakeFileSystem system{time, log};
   FileURL root{"/root"};
+  FileURL trash{FakeFileSystem::kTrash};
 
   FakeFiles() { system.makeFolder("/root"); }
   FileManager& files() { return system; }
@@ -28,10 +30,15 @@ struct FakeFiles {
 struct RealFiles {
   LinuxClock linuxClock;
   OwnFiles own;
-  LinuxFileManager manager{own, linuxClock};
+  FakeDirectories directories;
+  LinuxFileManager manager{own, linuxClock, directories};
   LinuxFileContents fileContents;
   TemporaryFolder folder;
+  TemporaryFolder data;
   FileURL root = folder.url();
+  FileURL trash = data.url().appending("Trash");
+
+  RealFiles() { directories.applicationSupport = data.url(); }
 
   FileManager& files() { return manager; }
   FileContents& contents() { return fileContents; }
@@ -61,6 +68,24 @@ class FileManagerContract : public testing::Test {
     }
     std::ranges::sort(found);
     return found;
+  }
+
+  // The regular files below the trash that hold what was trashed, by their text, in order; its own notes are not meant.
+  std::vector<std::string> filesInTrash() {
+    std::vector<std::string> found;
+    files().enumerateAtURL(system.trash, [&](const FileURL& url, bool isDirectory) {
+      if (!isDirectory && url.pathExtension() != "trashinfo") {
+        found.push_back(contents().read(url).value());
+      }
+    });
+    std::ranges::sort(found);
+    return found;
+  }
+  // Everything below the trash but the folders that it is made of, its own notes too.
+  std::size_t entriesInTrash() {
+    std::size_t count = 0;
+    files().enumerateAtURL(system.trash, [&](const FileURL&, bool isDirectory) { count += isDirectory ? 0U : 1U; });
+    return count;
   }
 
   Files system;
@@ -114,6 +139,17 @@ TYPED_TEST(FileManagerContract, aMoveOrCopyOntoAFileFailsAndLeavesBoth) {
 
   EXPECT_EQ(this->read("a.txt"), "from");
   EXPECT_EQ(this->read("b.txt"), "there");
+}
+
+TYPED_TEST(FileManagerContract, aMoveIntoNoFolderOrToTooLongANameFailsAndLeavesTheFile) {
+  this->write("a.txt", "hello");
+
+  EXPECT_FALSE(this->files().moveItemAtURL(this->path("a.txt"), this->path("none").appending("a.txt")).ok());
+  EXPECT_FALSE(this->files().moveItemAtURL(this->path("a.txt"), this->path(std::string(256, 'n'))).ok());
+  EXPECT_EQ(this->read("a.txt"), "hello");
+
+  ASSERT_TRUE(this->files().moveItemAtURL(this->path("a.txt"), this->path(std::string(255, 'n'))).ok());
+  EXPECT_EQ(this->read(std::string(255, 'n')), "hello");
 }
 
 TYPED_TEST(FileManagerContract, aMovedFolderBringsItsContents) {
@@ -207,6 +243,71 @@ TYPED_TEST(FileManagerContract, aPictureThatIsStillEmptyHasNoValuesInAListing) {
   ASSERT_EQ(listed.value().size(), 1U);
   EXPECT_FALSE(listed.value().front().isRegularFile.has_value());
   EXPECT_FALSE(listed.value().front().creationDate.has_value());
+}
+
+TYPED_TEST(FileManagerContract, aTrashedFileIsWholeWhereTheTrashSaysThatItIs) {
+  this->write("a.png", "hello");
+  const auto created = this->files().attributesOfItemAtPath(this->path("a.png")).value().creationDate;
+
+  const auto trashed = this->files().trashItemAtURL(this->path("a.png"));
+
+  ASSERT_TRUE(trashed.ok());
+  ASSERT_TRUE(trashed.value().has_value());
+  const FileURL place = *trashed.value();
+  EXPECT_FALSE(this->files().fileExistsAtPath(this->path("a.png")));
+  EXPECT_EQ(this->contents().read(place).value(), "hello");
+  EXPECT_EQ(place.pathExtension(), "png");
+  EXPECT_EQ(this->files().attributesOfItemAtPath(place).value().creationDate, created);
+  EXPECT_EQ(this->filesInTrash(), std::vector<std::string>{"hello"});
+}
+
+TYPED_TEST(FileManagerContract, aFileThatIsMovedBackOutOfTheTrashLeavesNothingThere) {
+  this->write("a.png", "hello");
+  const auto created = this->files().attributesOfItemAtPath(this->path("a.png")).value().creationDate;
+  const FileURL place = *this->files().trashItemAtURL(this->path("a.png")).value();
+
+  ASSERT_TRUE(this->files().moveItemAtURL(place, this->path("b.png")).ok());
+
+  EXPECT_EQ(this->read("b.png"), "hello");
+  EXPECT_EQ(this->files().attributesOfItemAtPath(this->path("b.png")).value().creationDate, created);
+  EXPECT_EQ(this->entriesInTrash(), 0U);
+}
+
+TYPED_TEST(FileManagerContract, aFileThatCannotBeMovedBackStaysInTheTrash) {
+  this->write("a.png", "hello");
+  const FileURL place = *this->files().trashItemAtURL(this->path("a.png")).value();
+  const std::size_t before = this->entriesInTrash();
+  this->write("a.png", "another");
+
+  EXPECT_FALSE(this->files().moveItemAtURL(place, this->path("a.png")).ok());
+
+  EXPECT_EQ(this->read("a.png"), "another");
+  EXPECT_EQ(this->contents().read(place).value(), "hello");
+  EXPECT_EQ(this->entriesInTrash(), before);
+}
+
+TYPED_TEST(FileManagerContract, filesOfOneNameLieInTheTrashSideBySide) {
+  for (const std::string text : {"one", "two", "three"}) {
+    this->write("a.png", text);
+    const auto trashed = this->files().trashItemAtURL(this->path("a.png"));
+    ASSERT_TRUE(trashed.ok());
+    EXPECT_EQ(this->contents().read(*trashed.value()).value(), text);
+  }
+  EXPECT_EQ(this->filesInTrash(), (std::vector<std::string>{"one", "three", "two"}));
+}
+
+TYPED_TEST(FileManagerContract, aTrashedFolderTakesItsContentsAlong) {
+  ASSERT_TRUE(this->files().createDirectoryAtURL(this->path("folder")).ok());
+  this->write("folder/a.png", "hello");
+  const auto trashed = this->files().trashItemAtURL(this->path("folder"));
+  ASSERT_TRUE(trashed.ok());
+  EXPECT_FALSE(this->files().fileExistsAtPath(this->path("folder")));
+  EXPECT_EQ(this->contents().read(trashed.value()->appending("a.png")).value(), "hello");
+}
+
+TYPED_TEST(FileManagerContract, whatIsNotThereCannotBeTrashed) {
+  EXPECT_FALSE(this->files().trashItemAtURL(this->path("none")).ok());
+  EXPECT_EQ(this->entriesInTrash(), 0U);
 }
 
 }  // namespace

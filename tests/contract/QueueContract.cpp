@@ -80,6 +80,41 @@ TYPED_TEST(QueueContract, delayedTasksRunByTheirDueTimes) {
   EXPECT_EQ(order, (std::vector<int>{1, 2, 3}));
 }
 
+TYPED_TEST(QueueContract, tasksThatAreDueTogetherRunInTheOrderOfPosting) {
+  std::vector<int> order;
+  for (int i = 0; i < 20; ++i) {
+    this->queue->after(Seconds(0.01), [&order, i] { order.push_back(i); });
+  }
+  this->queues.settle(*this->queue);
+  ASSERT_EQ(order.size(), 20U);
+  EXPECT_TRUE(std::ranges::is_sorted(order));
+}
+
+TYPED_TEST(QueueContract, whatATaskPostsRunsAfterAllThatWaited) {
+  std::vector<int> order;
+  this->queue->sync([&] {
+    this->queue->async([&] {
+      order.push_back(1);
+      this->queue->async([&] { order.push_back(3); });
+    });
+    this->queue->async([&] { order.push_back(2); });
+  });
+  this->queues.settle(*this->queue);
+  EXPECT_EQ(order, (std::vector<int>{1, 2, 3}));
+}
+
+TYPED_TEST(QueueContract, syncFromATaskOfAnotherQueueRunsAfterWhatWasPostedThere) {
+  const auto other = this->queues.make();
+  std::vector<int> order;
+  this->queue->async([&] {
+    other->async([&] { order.push_back(1); });
+    other->sync([&] { order.push_back(2); });
+    order.push_back(3);
+  });
+  this->queue->sync([] {});
+  EXPECT_EQ(order, (std::vector<int>{1, 2, 3}));
+}
+
 TYPED_TEST(QueueContract, tasksThatWaitWhenTheQueueGoesAreDropped) {
   auto ran = std::make_shared<std::atomic<bool>>(false);
   std::weak_ptr<std::atomic<bool>> held = ran;

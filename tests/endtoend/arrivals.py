@@ -46,10 +46,12 @@ class RunningQuenlio(unittest.TestCase):
         self.quenlio.wait_for_arrival(path, deadline)
         self.arrived.append(path)
 
-    def assert_shows(self, path, number, evenness=0.9):
-        """The capture arrives, is the newest and selected one, and the island shows all of it under its name."""
+    def assert_shows(self, path, number, evenness=0.9, plain=None):
+        """The capture arrives, is the newest and selected one, and the island shows all of it under its name. `plain` is
+        a file with the same picture, for a format that the comparing program cannot read."""
         self.assert_arrives(path)
         pictures.wait_until_shown(self.quenlio, number, evenness)
+        pictures.wait_until_whole(self.quenlio, plain or path)
         state = self.quenlio.state()
         self.assertEqual(state["latestScreenshotPath"], str(path))
         self.assertEqual(state["selectedScreenshotPath"], str(path))

@@ -237,10 +237,32 @@ class Session:
     # Pointer and keys
 
     def move_pointer(self, x, y):
-        self.run(["xdotool", "mousemove", "--sync", str(x), str(y)])
+        self.run(["xdotool", "mousemove", str(x), str(y)])
 
     def click(self, x, y):
-        self.run(["xdotool", "mousemove", "--sync", str(x), str(y), "click", "1"])
+        self.run(["xdotool", "mousemove", str(x), str(y), "click", "1"])
+
+    def click_holding(self, x, y, keys):
+        """A click while these keys are down."""
+        down = [word for key in keys for word in ("keydown", key)]
+        up = [word for key in reversed(keys) for word in ("keyup", key)]
+        self.run(["xdotool", "mousemove", str(x), str(y), *down, "click", "1", *up])
+
+    def press_button(self):
+        self.run(["xdotool", "mousedown", "1"])
+
+    def release_button(self):
+        self.run(["xdotool", "mouseup", "1"])
+
+    def move_by(self, dx, dy, steps=8):
+        """The pointer goes that far in so many steps, as a hand moves it."""
+        for step in range(steps):
+            x, y = (dx * (step + 1) // steps - dx * step // steps, dy * (step + 1) // steps - dy * step // steps)
+            if x or y:
+                self.run(["xdotool", "mousemove_relative", "--", str(x), str(y)])
 
     def key(self, name):
         self.run(["xdotool", "key", name])
+
+    def type(self, text):
+        self.run(["xdotool", "type", "--delay", "1", text])

@@ -14,6 +14,21 @@ COLOURS = ((220, 30, 30), (30, 180, 30), (30, 60, 220), (230, 220, 30), (220, 40
 NEAR = 90  # the island lets a little of the desktop through, and shades its picture
 # The island's preview in parts of the panel's side: below the toolbar, above the name.
 PREVIEW = (0.03, 0.15, 0.94, 0.56)
+# By the panel's side: the preview's distance from the panel's sides, its top, its height, and how far inside its edges
+# the picture stays.
+WELLS = {232: (10, 35, 128, 5), 266: (12, 40, 147, 6), 340: (12, 42, 209, 6), 420: (12, 45, 277, 6),
+         500: (12, 48, 345, 6)}
+# A picture on the screen is compared with its file in a grid of so many cells, by each cell's mean colour.
+COLUMNS, ROWS = 10, 20
+# The grid leaves out so many pixels at each side, where the picture has its outline and shades into its surroundings.
+EDGE = 2
+# How far a cell's mean may be off in one channel, of 255: the picture is a pixel larger or smaller by rounding. A
+# missing row of cells, the twentieth part of the picture, is much farther off.
+ALIKE = 16
+# The picture has round corners: this many cells of the grid, across and down, are left out in each.
+CORNER_COLUMNS, CORNER_ROWS = 1, 3
+# The island lets through what is behind it, evenly: so much of the picture is seen at least.
+OPACITY = 0.75
 
 
 def quarters(number):
@@ -139,6 +154,101 @@ def wait_until_shown(quenlio, number, evenness=0.9, deadline=10.0):
     """Until the island shows the whole of this picture."""
     wait_for(lambda: shown(quenlio, evenness) == quarters(number) or quenlio.must_run(),
              f"picture {number} whole in the island", deadline)
+
+
+def cells(data, width, height):
+    """The mean colour of each cell of a grid over these pixels."""
+    means = []
+    for row in range(ROWS):
+        lines = range(row * height // ROWS, (row + 1) * height // ROWS)
+        for column in range(COLUMNS):
+            left, right = column * width // COLUMNS, (column + 1) * width // COLUMNS
+            count = len(lines) * (right - left)
+            means.append(tuple(
+                sum(sum(data[(y * width + left) * 3 + channel:(y * width + right) * 3:3]) for y in lines) / count
+                for channel in range(3)))
+    return means
+
+
+def cropped(data, row, left, top, width, height):
+    """A part of these pixels, of which each row has so many."""
+    return b"".join(data[(y * row + left) * 3:(y * row + left + width) * 3] for y in range(top, top + height))
+
+
+def is_corner(cell):
+    row, column = divmod(cell, COLUMNS)
+    return min(row, ROWS - 1 - row) < CORNER_ROWS and min(column, COLUMNS - 1 - column) < CORNER_COLUMNS
+
+
+def veil(seen, whole):
+    """The opacity and the tone behind it with which these values are most like those."""
+    count = len(whole)
+    middle, seen_middle = sum(whole) / count, sum(seen) / count
+    spread = sum((value - middle) ** 2 for value in whole)
+    common = sum((value - middle) * (other - seen_middle) for value, other in zip(whole, seen))
+    opacity = min(max(common / spread if spread else 1, OPACITY), 1)
+    tone = seen_middle - opacity * middle
+    return opacity, min(max(tone, 0), (1 - opacity) * 255)
+
+
+def farthest(data, other, width, height):
+    """How far the first picture is from the second, of the same size, in that cell and that channel in which they differ
+    most, when the first is seen before some even tone."""
+    grids = [[mean for cell, mean in enumerate(cells(pixels_of, width, height)) if not is_corner(cell)]
+             for pixels_of in (data, other)]
+    distances = []
+    for seen, whole in zip(zip(*grids[0]), zip(*grids[1])):
+        opacity, tone = veil(seen, whole)
+        distances += [abs(a - opacity * b - tone) for a, b in zip(seen, whole)]
+    return max(distances)
+
+
+class Expected:
+    """What the island's preview has to show for a file: all of its picture, as large as fits, in the middle."""
+
+    def __init__(self, quenlio, path):
+        self.quenlio, self.path = quenlio, path
+        size = quenlio.session.run(["convert", "-ping", f"{path}[0]", "-format", "%w %h", "info:"])
+        self.shape = tuple(map(int, size.split()))
+        self.renditions = {}
+
+    def box(self):
+        """Where the picture stands on the screen, or nothing while there is no island."""
+        island = self.quenlio.island()
+        if not island:
+            return None
+        padding, top, well_height, inset = WELLS[island.width]
+        room_width, room_height = island.width - 2 * (padding + inset), well_height - 2 * inset
+        wide, high = self.shape
+        width, height = min(room_width, wide * room_height // high), min(room_height, high * room_width // wide)
+        return (island.x + (island.width - width) // 2, island.y + top + (well_height - height) // 2, width, height)
+
+    def rendition(self, width, height):
+        """The file's picture in this size, by another program."""
+        if (width, height) not in self.renditions:
+            self.renditions[width, height] = self.quenlio.session.run(
+                ["convert", f"{self.path}[0]", "-filter", "box", "-resize", f"{width}x{height}!", "-alpha", "off",
+                 "-depth", "8", "rgb:-"], binary=True)
+        return self.renditions[width, height]
+
+    def difference(self):
+        """How far the screen is from it, of 255. By rounding it may stand a pixel to any side."""
+        box = self.box()
+        if not box:
+            return 255
+        x, y, width, height = box
+        inner = (width - 2 * EDGE, height - 2 * EDGE)
+        wanted = cropped(self.rendition(width, height), width, EDGE, EDGE, *inner)
+        seen = pixels(self.quenlio.session, box)
+        return min(farthest(cropped(seen, width, EDGE + right, EDGE + down, *inner), wanted, *inner)
+                   for down in (-1, 0, 1) for right in (-1, 0, 1))
+
+
+def wait_until_whole(quenlio, path, deadline=10.0):
+    """Until the island's preview is this file's picture from its first row to its last."""
+    expected = Expected(quenlio, path)
+    wait_for(lambda: expected.difference() <= ALIKE or quenlio.must_run(),
+             f"all of {os.path.basename(path)} in the island", deadline)
 
 
 def paint_desktop(session, number):

@@ -26,6 +26,12 @@ def program_path():
     return Path(os.environ.get("QUENLIO_PROGRAM", built)).resolve()
 
 
+def settings_program_path():
+    """The one that takes its settings from a file."""
+    built = Path(__file__).resolve().parents[2] / "build/dev/tests/endtoend/quenlio-with-settings"
+    return Path(os.environ.get("QUENLIO_WITH_SETTINGS", built)).resolve()
+
+
 class Window:
     def __init__(self, number, x, y, width, height):
         self.number, self.x, self.y, self.width, self.height = number, x, y, width, height
@@ -46,6 +52,7 @@ class Quenlio:
         self.diagnostics = session.mkdir(f"{self.run_id}/diagnostics")
         self.suite = f"com.quenlio.{self.run_id}"
         self.extra = extra or {}
+        self.program = program_path()
         self.command = []  # put before the program
         self.process = None
 
@@ -64,11 +71,11 @@ class Quenlio:
     def installed(self):
         """A copy that the session's user can reach, wherever the build lies."""
         folder = self.session.mkdir("program")
-        for built in (program_path(), program_path().with_name("quenlio-decoder")):
+        for built in (self.program, program_path().with_name("quenlio-decoder")):
             if built.exists() and not (folder / built.name).exists():
                 shutil.copy2(built, folder / built.name)
                 self.session.give(folder / built.name)
-        return folder / program_path().name
+        return folder / self.program.name
 
     def spawn(self, *arguments, wrapper=()):
         return self.session.spawn([*self.command, self.installed(), *arguments], env=self.environment(), wrapper=wrapper)
@@ -165,12 +172,16 @@ class Quenlio:
         return next(iter(self.islands()), None)
 
     def measure(self, number):
+        """Where the window's body is on the screen: without the shadow that it draws around itself."""
         text = self.session.run(["xwininfo", "-id", number], check=False)
         if "Map State: IsViewable" not in text:
             return None
         values = [int(re.search(label + r":\s+(-?\d+)", text).group(1))
                   for label in ("Absolute upper-left X", "Absolute upper-left Y", "Width", "Height")]
-        return Window(number, *values)
+        told = self.session.run(["xprop", "-id", number, "_GTK_FRAME_EXTENTS"], check=False)
+        left, right, top, bottom = map(int, re.findall(r"\d+", told.partition("=")[2]) or (0, 0, 0, 0))
+        x, y, width, height = values
+        return Window(number, x + left, y + top, width - left - right, height - top - bottom)
 
     def wait_for_island(self, deadline=10.0):
         return wait_for(lambda: self.island() or self.must_run(), "the island on the screen", deadline)
@@ -189,5 +200,44 @@ class Quenlio:
     def strip(self):
         """The names in the strip of recent captures, from the left. Cells that are scrolled away are part of it."""
         cells = [found for found in accessibility.objects(self.session, self.process.pid)
-                 if found["role"] in ("push button", "button", "check box") and "." in found["name"]]
+                 if found["role"] == "list item"]
         return [cell["name"] for cell in sorted(cells, key=lambda cell: cell["box"][0])]
+
+
+class QuenlioWithSettings(Quenlio):
+    """The program with settings that the test changes while it runs."""
+
+    def __init__(self, session, folder, **settings):
+        super().__init__(session, folder)
+        self.program = settings_program_path()
+        self.settings = session.root / f"{self.run_id}.settings"
+        self.extra["QUENLIO_TEST_SETTINGS"] = self.settings
+        self.write(settings)
+
+    def write(self, settings):
+        self.session.write(self.settings, "".join(f"{name} {value}\n" for name, value in settings.items()).encode())
+
+    def start(self, *arguments, **options):
+        super().start(*arguments, **options)
+        self.wait_for_settings()
+        return self
+
+    def set(self, **settings):
+        self.write(settings)
+        self.wait_for_settings()
+
+    def wait_for_settings(self):
+        """They are taken once they are saved: the program saves each as it changes."""
+        wanted = [line.split() for line in self.settings.read_text().splitlines()]
+        wait_for(lambda: all(self.saved(name) == value for name, value in wanted) or self.must_run(),
+                 f"the settings {wanted}")
+
+    def saved(self, name):
+        """The setting's value in the settings file, as text."""
+        file = self.session.home / f".config/quenlio/{self.suite}.json"
+        try:
+            kept = json.loads(file.read_text())
+        except (FileNotFoundError, json.JSONDecodeError):
+            return None
+        value = next(iter(kept.get(f"settings.{name}", {}).values()), None)  # under the name of its type
+        return f"{value:g}" if isinstance(value, float) else str(value)

@@ -36,6 +36,7 @@ class Faults(unittest.TestCase):
                                   pictures.png(self.number))
         self.quenlio.wait_for_arrival(path)
         pictures.wait_until_shown(self.quenlio, self.number)
+        pictures.wait_until_whole(self.quenlio, path)
         self.assertEqual(self.quenlio.detections(path), 1)
         return path
 

@@ -62,7 +62,8 @@ class Names(RunningQuenlio):
             with self.subTest(kind=kind):
                 number = next(self.numbers)
                 data = pictures.converted(self.session, number, kind)
-                self.assert_shows(self.save(f"Screenshot 2026-11-15 at 22.00.00.{kind}", data), number)
+                plain = self.session.root / f"convert-{number}.png" if kind in ("pdf", "heic") else None
+                self.assert_shows(self.save(f"Screenshot 2026-11-15 at 22.00.00.{kind}", data), number, plain=plain)
 
     def test_a_text_file_with_a_capture_name_is_listed_without_a_picture(self):
         path = self.save("Screenshot 2026-11-15 at 21.05.00.png", b"no picture at all\n")

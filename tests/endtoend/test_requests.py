@@ -4,6 +4,7 @@ import os
 import signal
 import unittest
 
+import accessibility
 import pictures
 from harness import Session, pace, wait_for
 from quenlio import Quenlio
@@ -33,6 +34,7 @@ class Requests(unittest.TestCase):
     def assert_shows(self, path, number):
         self.quenlio.wait_for_arrival(path)
         pictures.wait_until_shown(self.quenlio, number)
+        pictures.wait_until_whole(self.quenlio, path)
         self.assertEqual(self.quenlio.state()["latestScreenshotPath"], str(path))
         self.assertEqual(self.quenlio.detections(path), 1)
 
@@ -95,26 +97,37 @@ class Requests(unittest.TestCase):
 
     # Start and end
 
+    def kept_files(self):
+        """Which file it is, when it was written and what is in it: the settings and the pinned captures."""
+        files = [self.session.home / f".config/quenlio/{self.quenlio.suite}.json", self.quenlio.support / "pinned.json"]
+        return {file: (file.stat().st_ino, file.stat().st_mtime_ns, file.read_bytes()) for file in files}
+
     def test_a_second_start_shows_the_island_of_the_first_and_touches_no_file(self):
-        self.quenlio.start()
+        self.quenlio.start("--release-test-ingest", self.capture(7))
+        self.quenlio.wait_for_island()
+        wait_for(lambda: (self.quenlio.support / "pinned.json").exists(), "the list of pinned captures")
+        self.assertTrue(accessibility.act(self.session, self.quenlio.process.pid, "Close"))
+        self.quenlio.wait_for_no_island()
+        self.quenlio.settle(4)
+        before = self.kept_files()
         self.assertIn(self.quenlio.bus_name, self.session.bus_names())
         self.assertIsNone(self.quenlio.island())
         launched_at = self.quenlio.state()["launchedAt"]
-        second = self.quenlio.spawn()
+        second = self.quenlio.spawn("--release-test-ingest", self.capture(8))  # what would rewrite the list
         self.assertEqual(second.wait(10), 0)
         self.quenlio.wait_for_island()
+        self.assertEqual(self.quenlio.count("screenshot_detected"), 1)
         self.assertEqual(self.quenlio.count("app_launched"), 1)
         self.assertEqual(self.quenlio.state()["launchedAt"], launched_at)
         self.assertIsNone(self.quenlio.process.poll())
+        self.assertEqual(self.kept_files(), before)
 
     def assert_ends_in_order(self, with_signal):
         path = self.capture(5)
         self.quenlio.start("--release-test-ingest", path)
         self.assert_shows(path, 5)
         self.assertEqual(self.quenlio.stop(with_signal), 0)
-        self.assertNotIn(self.quenlio.bus_name, self.session.bus_names())
         self.assertEqual(self.quenlio.state()["latestScreenshotPath"], str(path))
-        self.assertEqual(self.quenlio.islands(), [])
 
     def test_sigterm_ends_it_in_order(self):
         self.assert_ends_in_order(signal.SIGTERM)
@@ -128,10 +141,13 @@ class Requests(unittest.TestCase):
         self.assertEqual(self.quenlio.stop(), 0)
 
     def test_a_users_own_run_watches_the_chosen_folder_and_leaves_no_diagnostics(self):
-        self.quenlio.extra = {"QUENLIO_INTERNAL_TESTING": "0", "XDG_SCREENSHOTS_DIR": self.folder}
+        # Another folder than the one that a scripted run would be told to watch.
+        chosen = self.session.mkdir("home/chosen by the user")
+        self.quenlio.extra = {"QUENLIO_INTERNAL_TESTING": "0", "XDG_SCREENSHOTS_DIR": chosen}
         self.quenlio.start(ready=False)
-        wait_for(lambda: self.watches(self.folder) or self.quenlio.must_run(), "the watch on the folder")
-        self.session.write(self.folder / "Screenshot from 2026-11-15 21-04-33.png", pictures.png(6))
+        wait_for(lambda: self.watches(chosen) or self.quenlio.must_run(), "the watch on the folder")
+        self.assertFalse(self.watches(self.folder))
+        self.session.write(chosen / "Screenshot from 2026-11-15 21-04-33.png", pictures.png(6))
         pictures.wait_until_shown(self.quenlio, 6)
         self.assertIn("com.quenlio.app", self.session.bus_names())
         self.assertEqual(self.quenlio.stop(), 0)

@@ -4,6 +4,7 @@ import os
 import unittest
 from pathlib import Path
 
+import accessibility
 import pictures
 from arrivals import RunningQuenlio
 from harness import pace, wait_for
@@ -44,13 +45,26 @@ class Writers(RunningQuenlio):
             stream.write(data)
         self.assert_shows(path, number)
 
+    def test_a_picture_without_its_lowest_fifth_would_be_noticed(self):
+        """As when a capture were read before it had been written to its end."""
+        number = next(self.numbers)
+        path = self.save(name(number), pictures.png(number))
+        self.assert_shows(path, number)
+        shown = pictures.Expected(self.quenlio, path)
+        self.assertLessEqual(shown.difference(), pictures.ALIKE)
+        for fill in ("gray", "black", "white"):
+            cut = self.session.root / "home" / f"cut-{fill}.png"
+            self.session.run(["convert", path, "-fill", fill, "-draw", "rectangle 0,320 639,399", cut])
+            with self.subTest(fill=fill):
+                self.assertGreater(pictures.Expected(self.quenlio, cut).difference(), pictures.ALIKE)
+
     def test_a_writer_that_never_closes_its_stream(self):
         number = next(self.numbers)
         path = self.folder / name(number)
         with self.session.open(path) as stream:
             stream.write(pictures.png(number, 1920, 1080, noise=7))
             self.assert_shows(path, number)
-    
+
     def test_fifty_files_in_one_second(self):
         data = {number: pictures.png(number) for number in range(50)}
         paths = []
@@ -67,6 +81,12 @@ class Writers(RunningQuenlio):
         wait_for(lambda: self.quenlio.strip() == newest_first, "the newest ten, newest first")
         selected = paths.index(Path(state["selectedScreenshotPath"]))
         pictures.wait_until_shown(self.quenlio, selected)
+        for number in reversed(range(40, 50)):
+            with self.subTest(cell=paths[number].name):
+                self.assertTrue(accessibility.act(self.session, self.quenlio.process.pid, paths[number].name))
+                pictures.wait_until_shown(self.quenlio, number)
+                pictures.wait_until_whole(self.quenlio, paths[number])
+                wait_for(lambda: self.quenlio.says(f"{paths[number].name} preview"), "its name at the preview")
 
 
 if __name__ == "__main__":

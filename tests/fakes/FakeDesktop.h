@@ -2,6 +2,7 @@
 // and tells the call log what it was asked to do.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <functional>
 #include <map>
@@ -9,8 +10,10 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
+#include "core/base/Observers.h"
 #include "core/platform/Application.h"
 #include "core/platform/DistributedNotificationCenter.h"
 #include "core/platform/FileManager.h"
@@ -28,29 +31,6 @@
 #include "tests/fakes/CallLog.h"
 
 namespace quenlio {
-
-// Callbacks that come and go with their subscriptions.
-template <class... Args>
-class ObserverList {
- public:
-  [[nodiscard]] Subscription add(std::function<void(Args...)> observer) {
-    const int id = ++*lastID_;
-    (*observers_)[id] = std::move(observer);
-    return Subscription([observers = observers_, id] { observers->erase(id); });
-  }
-  void call(Args... args) const {
-    const auto snapshot = *observers_;
-    for (const auto& [id, observer] : snapshot) {
-      observer(args...);
-    }
-  }
-  [[nodiscard]] std::size_t size() const { return observers_->size(); }
-
- private:
-  std::shared_ptr<std::map<int, std::function<void(Args...)>>> observers_ =
-      std::make_shared<std::map<int, std::function<void(Args...)>>>();
-  std::shared_ptr<int> lastID_ = std::make_shared<int>(0);
-};
 
 class FakeSystemLog final : public SystemLog {
  public:
@@ -142,28 +122,38 @@ class FakeAppearance final : public Appearance {
     return contrastObservers.add(std::move(changed));
   }
 
+  // As the user makes it: observers are told once it is so, and not of what was so before.
+  void setDark(bool dark) {
+    if (std::exchange(isDark, dark) != dark) {
+      appearanceObservers.call();
+    }
+  }
+  void setIncreasesContrast(bool increases) {
+    if (std::exchange(increasesContrast, increases) != increases) {
+      contrastObservers.call();
+    }
+  }
+
   bool isDark = false;
   bool increasesContrast = false;
-  ObserverList<> appearanceObservers;
-  ObserverList<> contrastObservers;
+  Observers<> appearanceObservers;
+  Observers<> contrastObservers;
 };
 
 class FakeEventMonitors final : public EventMonitors {
  public:
   [[nodiscard]] Subscription addLocalMonitorForKeyDown(std::function<bool(const KeyEvent&)> handler) override {
-    return monitors.add(
-        [this, handler = std::move(handler)](const KeyEvent& event) { isSwallowed_ = handler(event) || isSwallowed_; });
+    return monitors.add([handler = std::move(handler)](const KeyEvent& event, bool& isSwallowed) {
+      isSwallowed = isSwallowed || handler(event);
+    });
   }
-  // Whether a monitor swallows the event.
+  // Whether a monitor swallows the event; those after it do not get to see it.
   [[nodiscard]] bool press(const KeyEvent& event) {
-    isSwallowed_ = false;
-    monitors.call(event);
-    return isSwallowed_;
+    bool isSwallowed = false;
+    monitors.call(event, isSwallowed);
+    return isSwallowed;
   }
-  ObserverList<const KeyEvent&> monitors;
-
- private:
-  bool isSwallowed_ = false;
+  Observers<const KeyEvent&, bool&> monitors;
 };
 
 class FakeHotKeys final : public HotKeys {
@@ -174,6 +164,9 @@ class FakeHotKeys final : public HotKeys {
     log_.add("RegisterEventHotKey");
     if (registerStatus != noErr) {
       return registerStatus;
+    }
+    if (isRegistered(combination) || std::ranges::count(takenElsewhere_, combination) > 0) {
+      return kTakenStatus;
     }
     reference = ++lastReference_;
     keys[reference] = {combination, identifier};
@@ -196,22 +189,44 @@ class FakeHotKeys final : public HotKeys {
     log_.add("RemoveEventHandler");
     handlers.erase(reference);
   }
-  // Presses every registered key once, if anybody handles it.
-  void press() const {
-    for (const auto& handler : handlers) {
-      if (!keys.empty()) {
-        (void)handler.second();
+  // Presses this key, registered or not. A handler that is removed meanwhile is not called any more.
+  void press(HotKeyCombination combination) const {
+    const auto snapshot = handlers;
+    for (const auto& [reference, handler] : snapshot) {
+      if (isRegistered(combination) && handlers.contains(reference)) {
+        (void)handler();
       }
     }
   }
+  // Presses every registered key once, if anybody handles it.
+  void press() const {
+    const auto snapshot = keys;
+    for (const auto& [reference, key] : snapshot) {
+      press(key.first);
+    }
+  }
+  // Another program registers this key; false when it is taken already.
+  [[nodiscard]] bool takeElsewhere(HotKeyCombination combination) {
+    if (isRegistered(combination) || std::ranges::count(takenElsewhere_, combination) > 0) {
+      return false;
+    }
+    takenElsewhere_.push_back(combination);
+    return true;
+  }
 
+  static constexpr OSStatus kTakenStatus = -9878;
   OSStatus registerStatus = noErr;
   OSStatus installStatus = noErr;
   std::map<EventHotKeyRef, std::pair<HotKeyCombination, HotKeyID>> keys;
   std::map<EventHandlerRef, std::function<OSStatus()>> handlers;
 
  private:
+  [[nodiscard]] bool isRegistered(HotKeyCombination combination) const {
+    return std::ranges::any_of(keys, [&](const auto& entry) { return entry.second.first == combination; });
+  }
+
   CallLog& log_;
+  std::vector<HotKeyCombination> takenElsewhere_;
   std::uint32_t lastReference_ = 0;
 };
 
@@ -222,13 +237,13 @@ class FakeNotificationCenter final : public DistributedNotificationCenter {
                                                 std::function<void(const NotificationUserInfo&)> block) override {
     log_.add("addObserver " + std::string(name));
     auto observation = std::make_shared<Subscription>(observers[std::string(name)].add(std::move(block)));
-    return Subscription([this, observation, key = std::string(name)] {
-      log_.add("removeObserver " + key);
+    return Subscription([&log = log_, observation, key = std::string(name)] {
+      log.add("removeObserver " + key);
       observation->cancel();
     });
   }
   void post(const std::string& name, const NotificationUserInfo& userInfo) { observers[name].call(userInfo); }
-  std::map<std::string, ObserverList<const NotificationUserInfo&>> observers;
+  std::map<std::string, Observers<const NotificationUserInfo&>> observers;
 
  private:
   CallLog& log_;

@@ -1,6 +1,7 @@
 // Event streams that a test speaks through.
 #pragma once
 
+#include <algorithm>
 #include <memory>
 #include <string>
 #include <vector>
@@ -19,7 +20,7 @@ class FakeEventStreams final : public FSEventStreams {
                                                                    const FileURL& folder,
                                                                    const FSEventStreamOptions& options) override {
     log_.add("FSEventStreamCreate " + folder.path());
-    if (creationFails) {
+    if (creationFails || !callback || folder.path().empty()) {
       return nullptr;
     }
     lastOptions = options;
@@ -29,12 +30,18 @@ class FakeEventStreams final : public FSEventStreams {
 
   // Delivers on the queue of each running stream.
   void deliver(const FSEventBatch& batch) {
-    for (Stream* stream : running_) {
-      stream->queue_->async([callback = stream->callback_, batch] { callback(batch); });
+    for (const Stream* stream : running_) {
+      stream->deliver(batch);
     }
   }
+  // A change of the folder itself, or of a finished file right in it, told to the streams of that folder.
   void changed(const std::string& path, FSEventFlags flags = kFSEventStreamEventFlagItemCreated) {
-    deliver({1, std::vector<std::optional<std::string>>{path}, std::vector<FSEventFlags>{flags}});
+    const FSEventBatch batch{1, std::vector<std::optional<std::string>>{path}, std::vector<FSEventFlags>{flags}};
+    for (const Stream* stream : running_) {
+      if (stream->folder_ == FileURL(path) || stream->folder_ == FileURL(path).parent()) {
+        stream->deliver(batch);
+      }
+    }
   }
   [[nodiscard]] std::size_t runningCount() const { return running_.size(); }
 
@@ -57,17 +64,26 @@ class FakeEventStreams final : public FSEventStreams {
     }
     [[nodiscard]] bool FSEventStreamStart() override {
       owner_.log_.add("FSEventStreamStart " + folder_.path());
-      if (owner_.startFails) {
+      if (owner_.startFails || queue_ == nullptr) {
         return false;
       }
-      owner_.running_.push_back(this);
+      if (std::ranges::find(owner_.running_, this) == owner_.running_.end()) {
+        owner_.running_.push_back(this);
+      }
       return true;
     }
     void FSEventStreamStop() override {
       owner_.log_.add("FSEventStreamStop " + folder_.path());
       std::erase(owner_.running_, this);
     }
-    void FSEventStreamInvalidate() override { owner_.log_.add("FSEventStreamInvalidate " + folder_.path()); }
+    void FSEventStreamInvalidate() override {
+      owner_.log_.add("FSEventStreamInvalidate " + folder_.path());
+      std::erase(owner_.running_, this);
+      queue_ = nullptr;
+    }
+    void deliver(const FSEventBatch& batch) const {
+      queue_->async([callback = callback_, batch] { callback(batch); });
+    }
 
     FakeEventStreams& owner_;
     FSEventStreamCallback callback_;

@@ -6,6 +6,8 @@
 namespace quenlio {
 namespace {
 
+constexpr std::size_t kNameLimit = 255;  // bytes
+
 bool isBelow(const std::string& path, const std::string& folder) {
   return folder == "/" || path == folder || path.starts_with(folder + "/");
 }
@@ -87,7 +89,7 @@ PlatformResult<FileAttributes> FakeFileSystem::attributesOfItemAtPath(const File
 PlatformResult<std::vector<DirectoryEntry>> FakeFileSystem::contentsOfDirectoryAtURL(const FileURL& url,
                                                                                      HiddenFiles hidden) const {
   if (duringListing) {
-    duringListing();
+    duringListing(url, hidden);
   }
   if (!canListDirectoryAtURL(url)) {
     return error("the folder cannot be listed");
@@ -161,8 +163,14 @@ void FakeFileSystem::rename(const std::string& from, const std::string& to) {
 
 PlatformResult<Done> FakeFileSystem::moveItemAtURL(const FileURL& from, const FileURL& to) {
   log_.add("moveItem " + from.path() + " " + to.path());
-  if (find(from) == nullptr) {
+  if (duringMove) {
+    duringMove(from, to);
+  }
+  if (find(from) == nullptr || !isDirectory(to.parent())) {
     return error("no such file");
+  }
+  if (to.lastPathComponent().size() > kNameLimit) {
+    return error("the name is too long");
   }
   if (find(to) != nullptr) {
     return error("a file is in the way");
@@ -202,6 +210,23 @@ PlatformResult<Done> FakeFileSystem::removeItemAtURL(const FileURL& url) {
   return Done{};
 }
 
+PlatformResult<std::optional<FileURL>> FakeFileSystem::trashItemAtURL(const FileURL& url) {
+  log_.add("trashItem " + url.path());
+  if (find(url) == nullptr) {
+    return error("no such file");
+  }
+  if (!isWritable(url)) {
+    return error("read-only");
+  }
+  FileURL place = FileURL(kTrash).appending(url.lastPathComponent());
+  for (int number = 2; find(place) != nullptr; ++number) {
+    place = FileURL(kTrash).appending(std::to_string(number) + "." + url.lastPathComponent());
+  }
+  makeFolder(kTrash);
+  rename(url.path(), place.path());
+  return trashTellsPlaces ? std::optional(place) : std::nullopt;
+}
+
 PlatformResult<std::string> FakeFileSystem::read(const FileURL& url) const {
   ++readCount_;
   const Node* node = find(url);
@@ -217,6 +242,9 @@ PlatformResult<Done> FakeFileSystem::writeAtomically(const FileURL& url, std::st
     return error("the file cannot be written");
   }
   write(url.path(), std::string(data));
+  if (afterWriting) {
+    afterWriting(url, data);
+  }
   return Done{};
 }
 
@@ -225,6 +253,9 @@ PlatformResult<Done> FakeFileSystem::append(const FileURL& url, std::string_view
     return error("the file cannot be written");
   }
   write(url.path(), content(url.path()).value_or("").append(data));
+  if (afterWriting) {
+    afterWriting(url, data);
+  }
   return Done{};
 }
 

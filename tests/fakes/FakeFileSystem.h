@@ -33,9 +33,16 @@ class FakeFileSystem final : public FileManager, public FileContents {
   // Nothing can be made, changed or removed at or below this path.
   void setReadOnly(const std::string& path) { readOnly_.insert(path); }
   void remove(const std::string& path);
+  // A trash that does not tell where it puts things.
+  bool trashTellsPlaces = true;
+  static constexpr const char* kTrash = "/home/user/trash";
   [[nodiscard]] std::optional<std::string> content(const std::string& path) const;
   // Called before a listing answers: what happens to the folder at just that moment.
-  std::function<void()> duringListing;
+  std::function<void(const FileURL&, HiddenFiles)> duringListing;
+  // Called before a move looks at its destination: what appears there at just that moment.
+  std::function<void(const FileURL& from, const FileURL& to)> duringMove;
+  // Told of each file that the program has written or added to, with the bytes that it wrote, once they are there.
+  std::function<void(const FileURL&, std::string_view)> afterWriting;
   [[nodiscard]] int readCount() const { return readCount_; }
 
   // --- FileManager
@@ -52,6 +59,7 @@ class FakeFileSystem final : public FileManager, public FileContents {
   PlatformResult<Done> moveItemAtURL(const FileURL& from, const FileURL& to) override;
   PlatformResult<Done> copyItemAtURL(const FileURL& from, const FileURL& to) override;
   PlatformResult<Done> removeItemAtURL(const FileURL& url) override;
+  PlatformResult<std::optional<FileURL>> trashItemAtURL(const FileURL& url) override;
 
   // --- FileContents
   [[nodiscard]] PlatformResult<std::string> read(const FileURL& url) const override;

@@ -46,13 +46,16 @@ void FakePanel::setIgnoresMouseEvents(bool ignores) {
 void FakePanel::setAlphaValue(double alpha) {
   log_.add(alpha > 0 ? "setAlphaValue 1" : "setAlphaValue 0");
   alpha_ = alpha;
+  isAlphaAnimated_ = false;
 }
 void FakePanel::setFrame(const Rect<Screen>& frame) {
   log_.add("setFrame " + text(frame));
   frame_ = frame;
+  isFrameAnimated_ = false;
 }
 void FakePanel::setFrameOrigin(Point<Screen> origin) {
   frame_.origin = origin;
+  isFrameAnimated_ = false;
   log_.add("setFrameOrigin " + text(frame_));
 }
 void FakePanel::orderFrontRegardless() {
@@ -66,10 +69,11 @@ void FakePanel::makeKeyAndOrderFront() {
 }
 void FakePanel::makeKeyWindow() {
   log_.add("makeKeyWindow");
-  isKey_ = true;
+  isKey_ = isVisible_;
 }
 void FakePanel::makeContentViewFirstResponder() {
   log_.add("makeFirstResponder");
+  firstResponder_ = FirstResponder::contentView;
 }
 void FakePanel::orderOut() {
   log_.add("orderOut");
@@ -83,13 +87,18 @@ void FakePanel::invalidateShadow() {
 void FakePanel::runAnimationGroup(const PanelAnimation& animation, std::function<void()> completion) {
   log_.add("runAnimationGroup to " + text(animation.frame));
   lastAnimation_ = animation;
-  animations_.push_back(scheduler_.after(animation.duration, [this, animation, completion = std::move(completion)] {
-    alpha_ = animation.alpha;
-    frame_ = animation.frame;
-    if (completion) {
-      completion();
-    }
-  }));
+  isAlphaAnimated_ = true;
+  isFrameAnimated_ = true;
+  animations_.push_back(scheduler_.after(
+      animation.duration, [this, animation, number = animations_.size() + 1, completion = std::move(completion)] {
+        if (number == animations_.size()) {
+          alpha_ = isAlphaAnimated_ ? animation.alpha : alpha_;
+          frame_ = isFrameAnimated_ ? animation.frame : frame_;
+        }
+        if (completion) {
+          completion();
+        }
+      }));
 }
 
 std::optional<ScreenInfo> FakePanel::screen() const {

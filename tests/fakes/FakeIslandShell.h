@@ -6,6 +6,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "core/island/IslandOverlayRootViewModel.h"
 #include "core/island/IslandShell.h"
@@ -38,6 +39,7 @@ class FakePanel final : public Panel {
   void runAnimationGroup(const PanelAnimation& animation, std::function<void()> completion) override;
   [[nodiscard]] bool isVisible() const override { return isVisible_; }
   [[nodiscard]] bool isKeyWindow() const override { return isKey_; }
+  [[nodiscard]] FirstResponder firstResponder() const override { return firstResponder_; }
   [[nodiscard]] Rect<Screen> frame() const override { return frame_; }
   [[nodiscard]] std::optional<ScreenInfo> screen() const override;
   void setOnKeyDown(std::function<bool(const KeyEvent&)> onKeyDown) override { onKeyDown_ = std::move(onKeyDown); }
@@ -45,7 +47,12 @@ class FakePanel final : public Panel {
   [[nodiscard]] double alpha() const { return alpha_; }
   [[nodiscard]] bool ignoresMouseEvents() const { return ignoresMouseEvents_; }
   [[nodiscard]] const std::optional<PanelAnimation>& lastAnimation() const { return lastAnimation_; }
-  [[nodiscard]] bool pressKey(const KeyEvent& event) const { return onKeyDown_(event); }
+  // A key press of the user's, which reaches the panel only while it has the keyboard; whether it was consumed.
+  [[nodiscard]] bool pressKey(const KeyEvent& event) const { return isKey_ && handKeyDown(event); }
+  // The same for a test of what a key means, whoever has the keyboard.
+  [[nodiscard]] bool handKeyDown(const KeyEvent& event) const { return onKeyDown_ && onKeyDown_(event); }
+  // The user clicks into something inside the panel.
+  void focus(FirstResponder responder) { firstResponder_ = responder; }
   // Takes the keyboard away, as another window would.
   void resignKey() { isKey_ = false; }
   // When set, screen() gives this: what a window manager may do with a window behind the program's back.
@@ -59,9 +66,12 @@ class FakePanel final : public Panel {
   double alpha_ = 1;
   bool isVisible_ = false;
   bool isKey_ = false;
+  FirstResponder firstResponder_ = FirstResponder::contentView;
   bool ignoresMouseEvents_ = false;
   std::optional<PanelAnimation> lastAnimation_;
-  std::vector<ScheduledTask> animations_;
+  std::vector<ScheduledTask> animations_;  // all there ever were; only the last moves the panel
+  bool isAlphaAnimated_ = false;           // by the last, unless it was set by hand since
+  bool isFrameAnimated_ = false;
   std::function<bool(const KeyEvent&)> onKeyDown_;
 };
 

@@ -16,6 +16,7 @@
 #include "tests/fakes/FakeDesktop.h"
 #include "tests/fakes/FakeEventStreams.h"
 #include "tests/fakes/FakeFileSystem.h"
+#include "tests/fakes/FakeHandOut.h"
 #include "tests/fakes/FakeIslandShell.h"
 #include "tests/fakes/FakeSettingsStores.h"
 #include "tests/harness/VirtualTime.h"
@@ -77,6 +78,13 @@ class TestPlatform {
   FakeOpenPanel openPanel;
   FakeScreenCaptureAccess screenCapture;
   FakeThumbnailRenderer thumbnails;
+  FakeImages images;
+  FakePasteboard pasteboard{log};
+  FakeSharingServicePicker sharingServicePicker;
+  FakeWorkspace workspace;
+  FakeWindows windows;
+  FakeDraggingSessions draggingSessions;
+  FakePreviewPanel previewPanel{log};
   FakeIslandShell islandShell{screens, time, log};
   FakeAnalytics analytics{log};
   FakeEditors editors;
@@ -117,6 +125,13 @@ class TestPlatform {
         .openPanel = openPanel,
         .screenCapture = screenCapture,
         .thumbnails = thumbnails,
+        .images = images,
+        .pasteboard = pasteboard,
+        .sharingServicePicker = sharingServicePicker,
+        .workspace = workspace,
+        .windows = windows,
+        .draggingSessions = draggingSessions,
+        .previewPanel = previewPanel,
     };
   }
 
@@ -138,6 +153,14 @@ class TestPlatform {
             .openPanel = openPanel,
             .bookmarks = bookmarks,
             .log = systemLog};
+  }
+  [[nodiscard]] ItemHandOut::Dependencies handOutDependencies() {
+    return {.images = images,
+            .pasteboard = pasteboard,
+            .picker = sharingServicePicker,
+            .workspace = workspace,
+            .windows = windows,
+            .screens = screens};
   }
   [[nodiscard]] ScreenshotLocationResolver::Dependencies locationDependencies() {
     return {.bookmarks = bookmarks,

@@ -4,14 +4,13 @@
 #include <QtCore/QCoreApplication>
 #include <xcb/xfixes.h>
 
+#include "desktop/linux/session/PanelHints.h"
 #include "desktop/linux/session/X11.h"
 
 namespace quenlio {
 namespace {
 
 constexpr const char* kSelection = "_NET_WM_CM_S0";
-// Event numbers come with a bit that tells who sent them.
-constexpr int kEventNumber = 0x7f;
 
 bool selectionHasOwner() {
   const auto cookie = xcb_get_selection_owner(x11::connection(), x11::atom(kSelection));
@@ -38,9 +37,11 @@ CompositorWatch::CompositorWatch() {
                                       XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER |
                                           XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY |
                                           XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE);
-    QCoreApplication::instance()->installNativeEventFilter(this);
   }
+  // Qt asks for the root window's changes itself.
+  QCoreApplication::instance()->installNativeEventFilter(this);
   isThere_.set(selectionHasOwner());
+  blursBehind_.set(canBlurBehind());
 }
 
 CompositorWatch::~CompositorWatch() {
@@ -54,17 +55,33 @@ bool CompositorWatch::nativeEventFilter(const QByteArray& eventType, void* messa
     return false;
   }
   const auto* event = static_cast<const xcb_generic_event_t*>(message);
-  if ((event->response_type & kEventNumber) != selectionNotify_) {
-    return false;
+  const int kind = event->response_type & x11::kEventNumber;
+  if (kind == selectionNotify_) {
+    selectionChanged(message);
+  } else if (kind == XCB_PROPERTY_NOTIFY) {
+    rootPropertyChanged(message);
   }
-  const auto* notify = static_cast<const xcb_xfixes_selection_notify_event_t*>(message);
+  return false;
+}
+
+void CompositorWatch::selectionChanged(const void* event) {
+  const auto* notify = static_cast<const xcb_xfixes_selection_notify_event_t*>(event);
   if (notify->selection == x11::atom(kSelection)) {
     const bool there = notify->owner != XCB_NONE;
     if (there != isThere_.get()) {
       isThere_.set(there);
     }
   }
-  return false;
+}
+
+void CompositorWatch::rootPropertyChanged(const void* event) {
+  const auto* notify = static_cast<const xcb_property_notify_event_t*>(event);
+  if (notify->window == x11::rootWindow() && notify->atom == x11::atom(kBlurBehind)) {
+    const bool blurs = notify->state == XCB_PROPERTY_NEW_VALUE;
+    if (blurs != blursBehind_.get()) {
+      blursBehind_.set(blurs);
+    }
+  }
 }
 
 }  // namespace quenlio

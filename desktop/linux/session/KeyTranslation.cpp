@@ -5,6 +5,8 @@
 #include <array>
 #include <string>
 
+#include "desktop/linux/session/KeyboardLayouts.h"
+
 namespace quenlio {
 namespace {
 
@@ -67,15 +69,6 @@ constexpr NamedKey kNamedKeys[] = {
     {Qt::Key_PageDown, "\xef\x9c\xad"},
 };
 
-ModifierFlags modifierFlagsFrom(Qt::KeyboardModifiers modifiers) {
-  ModifierFlags flags = 0;
-  flags |= modifiers.testFlag(Qt::ShiftModifier) ? kModifierShift : 0;
-  flags |= modifiers.testFlag(Qt::ControlModifier) ? kModifierCommand : 0;
-  flags |= modifiers.testFlag(Qt::MetaModifier) ? kModifierControl : 0;
-  flags |= modifiers.testFlag(Qt::AltModifier) ? kModifierOption : 0;
-  return flags;
-}
-
 // The X server's name of a character is the character itself in Latin-1, or lies by this much above its code point.
 constexpr quint32 kUnicodeKeysym = 0x01000000;
 
@@ -91,11 +84,29 @@ std::optional<QString> characterOfKeysym(quint32 keysym) {
   return std::nullopt;
 }
 
+// What the key gives in a layout of Latin letters, where the active one has none.
+std::optional<std::string> latinCharacterOf(const QKeyEvent& event) {
+  constexpr quint32 lock = 2;
+  constexpr quint32 layoutShift = 13;  // of the two bits that tell the active layout
+  const quint32 state = event.nativeModifiers();
+  const quint32 keyCode = event.nativeScanCode();
+  if (keyCode <= kX11KeyCodeOffset || keyCode > 0xff) {
+    return std::nullopt;
+  }
+  const bool isShifted = event.modifiers().testFlag(Qt::ShiftModifier) != ((state & lock) != 0);
+  const auto character = KeyboardLayouts::current().latinCharacter(state >> layoutShift & 3U,
+                                                                   static_cast<std::uint8_t>(keyCode), isShifted);
+  return character ? std::optional(std::string(1, *character)) : std::nullopt;
+}
+
 std::optional<std::string> charactersOf(const QKeyEvent& event) {
   const auto* named = std::find_if(std::begin(kNamedKeys), std::end(kNamedKeys),
                                    [&event](const NamedKey& key) { return key.key == event.key(); });
   if (named != std::end(kNamedKeys)) {
     return named->characters;
+  }
+  if (auto latin = latinCharacterOf(event)) {
+    return latin;
   }
   // The text itself holds what Control made of the key, such as U+0003 for C.
   if (const auto character = characterOfKeysym(event.nativeVirtualKey())) {
@@ -124,6 +135,15 @@ std::optional<std::uint32_t> evdevCodeFromVirtualKeyCode(std::uint32_t virtualKe
   const auto* found = std::find_if(std::begin(kKeys), std::end(kKeys),
                                    [virtualKeyCode](const KeyPair& pair) { return pair.virtualKey == virtualKeyCode; });
   return found != std::end(kKeys) ? std::optional<std::uint32_t>(found->evdev) : std::nullopt;
+}
+
+ModifierFlags modifierFlagsFrom(Qt::KeyboardModifiers modifiers) {
+  ModifierFlags flags = 0;
+  flags |= modifiers.testFlag(Qt::ShiftModifier) ? kModifierShift : 0;
+  flags |= modifiers.testFlag(Qt::ControlModifier) ? kModifierCommand : 0;
+  flags |= modifiers.testFlag(Qt::MetaModifier) ? kModifierControl : 0;
+  flags |= modifiers.testFlag(Qt::AltModifier) ? kModifierOption : 0;
+  return flags;
 }
 
 KeyEvent keyEventFrom(const QKeyEvent& event) {

@@ -14,6 +14,21 @@ namespace quenlio {
 
 using SteadyClock = std::chrono::steady_clock;
 
+namespace {
+
+// The toolkit counts a wait in milliseconds, in an int that 25 days do not fit into. Waking up before the time is
+// harmless: the wait then begins anew.
+constexpr std::chrono::milliseconds kLongestWait = std::chrono::hours(24);
+// Nobody lives to see it, and the clock can still count it from now, several times over.
+constexpr Seconds kLongestDelay = std::chrono::hours(24 * 365 * 50);
+
+// In the clock's units; no delay at all for what is none, and never early.
+SteadyClock::duration counted(Seconds delay) {
+  return std::chrono::ceil<SteadyClock::duration>(std::min(std::max(Seconds::zero(), delay), kLongestDelay));
+}
+
+}  // namespace
+
 // Every timer that is armed, and the one toolkit timer that wakes for the most urgent. A task may run an event loop of
 // its own: the other timers go on firing in it, its own does not until the task is done.
 class MainQueue::Timers {
@@ -21,7 +36,8 @@ class MainQueue::Timers {
   Timers() {
     wake_.setTimerType(Qt::PreciseTimer);
     wake_.setSingleShot(true);
-    QObject::connect(&wake_, &QTimer::timeout, &wake_, [this] { fireDue(); });
+    const Task fire = weak_.bind([](Timers& self) { self.fireDue(); });
+    QObject::connect(&wake_, &QTimer::timeout, &wake_, fire);
   }
 
   std::uint64_t add(SteadyClock::duration delay, SteadyClock::duration tolerance, bool repeats, Task task) {
@@ -63,7 +79,8 @@ class MainQueue::Timers {
       return;
     }
     const auto wait = latest(*urgent) - SteadyClock::now();
-    wake_.start(std::max(std::chrono::ceil<std::chrono::milliseconds>(wait), std::chrono::milliseconds::zero()));
+    wake_.start(std::clamp(std::chrono::ceil<std::chrono::milliseconds>(wait), std::chrono::milliseconds::zero(),
+                           kLongestWait));
   }
 
   // The timer that is due first of those that are due by now, in the order of arming.
@@ -99,6 +116,7 @@ class MainQueue::Timers {
   std::map<std::uint64_t, Timer> timers_;
   std::uint64_t lastID_ = 0;
   QTimer wake_;
+  WeakOwner<Timers> weak_{this};
 };
 
 MainQueue::EventDescriptor::EventDescriptor() : fd(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
@@ -112,7 +130,8 @@ MainQueue::EventDescriptor::~EventDescriptor() {
 }
 
 MainQueue::MainQueue() : notifier_(wakeUp_.fd, QSocketNotifier::Read), timers_(std::make_shared<Timers>()) {
-  QObject::connect(&notifier_, &QSocketNotifier::activated, &notifier_, [this] { runPosted(); });
+  const Task run = weak_.bind([](MainQueue& self) { self.runPosted(); });
+  QObject::connect(&notifier_, &QSocketNotifier::activated, &notifier_, run);
 }
 
 MainQueue::~MainQueue() = default;
@@ -156,18 +175,14 @@ void MainQueue::runPosted() {
 }
 
 ScheduledTask MainQueue::after(Seconds delay, Task task) {
-  const auto id = timers_->add(std::chrono::ceil<SteadyClock::duration>(std::max(delay, Seconds::zero())),
-                               SteadyClock::duration::zero(), false, std::move(task));
-  return ScheduledTask([weak = std::weak_ptr(timers_), id] {
-    if (const auto timers = weak.lock()) {
-      timers->remove(id);
-    }
-  });
+  return handleOf(timers_->add(counted(delay), SteadyClock::duration::zero(), false, std::move(task)));
 }
 
 ScheduledTask MainQueue::every(Seconds interval, Seconds tolerance, Task task) {
-  const auto id = timers_->add(std::chrono::ceil<SteadyClock::duration>(interval),
-                               std::chrono::ceil<SteadyClock::duration>(tolerance), true, std::move(task));
+  return handleOf(timers_->add(counted(interval), counted(tolerance), true, std::move(task)));
+}
+
+ScheduledTask MainQueue::handleOf(std::uint64_t id) const {
   return ScheduledTask([weak = std::weak_ptr(timers_), id] {
     if (const auto timers = weak.lock()) {
       timers->remove(id);
@@ -179,6 +194,7 @@ void MainQueue::detached(QualityOfService priority, Task task) {
   (priority == QualityOfService::utility ? background_ : workers_).run(std::move(task));
 }
 
+// Of whatever quality: a thread has the program's own priority, it may not ask for more, and no queue asks for less.
 std::unique_ptr<SerialQueue> MainQueue::makeSerialQueue(std::string label, QualityOfService) {
   return std::make_unique<ThreadQueue>(std::move(label));
 }

@@ -13,6 +13,7 @@
 #include <mutex>
 #include <optional>
 
+#include "core/base/WeakOwner.h"
 #include "core/platform/Scheduler.h"
 
 #include "desktop/linux/system/WorkerPool.h"
@@ -36,6 +37,7 @@ class MainQueue final : public Scheduler {
  private:
   class Timers;
 
+  [[nodiscard]] ScheduledTask handleOf(std::uint64_t id) const;
   void runPosted();
   [[nodiscard]] std::size_t postedCount();
   // The one that was posted first of those that wait.
@@ -55,6 +57,7 @@ class MainQueue final : public Scheduler {
   std::shared_ptr<Timers> timers_;  // shared with the handles, which may outlive this
   WorkerPool workers_{WorkerPool::Priority::normal};
   WorkerPool background_{WorkerPool::Priority::background};
+  WeakOwner<MainQueue> weak_{this};
 };
 
 }  // namespace quenlio

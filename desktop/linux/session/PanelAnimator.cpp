@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <utility>
 
-#include "desktop/linux/session/CubicBezier.h"
 
 namespace quenlio {
 namespace {

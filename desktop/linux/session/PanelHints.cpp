@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <vector>
 
 namespace quenlio {
 namespace {
 
-constexpr std::uint32_t kAllDesktops = 0xffffffff;
 constexpr char kWindowClass[] = "quenlio\0Quenlio";  // instance and class, each with its closing zero
 
 void replaceProperty(xcb_window_t window, const char* name, xcb_atom_t type, const std::uint32_t* values,
@@ -15,10 +15,13 @@ void replaceProperty(xcb_window_t window, const char* name, xcb_atom_t type, con
   xcb_change_property(x11::connection(), XCB_PROP_MODE_REPLACE, window, x11::atom(name), type, 32, count, values);
 }
 
-using States = std::array<std::uint32_t, 4>;
-States panelStates() {
-  return {x11::atom("_NET_WM_STATE_ABOVE"), x11::atom("_NET_WM_STATE_STICKY"), x11::atom("_NET_WM_STATE_SKIP_TASKBAR"),
-          x11::atom("_NET_WM_STATE_SKIP_PAGER")};
+std::vector<std::uint32_t> panelStates(PanelLayer layer) {
+  std::vector<std::uint32_t> states{x11::atom("_NET_WM_STATE_STICKY"), x11::atom("_NET_WM_STATE_SKIP_TASKBAR"),
+                                    x11::atom("_NET_WM_STATE_SKIP_PAGER")};
+  if (layer == PanelLayer::aboveOthers) {
+    states.push_back(x11::atom("_NET_WM_STATE_ABOVE"));
+  }
+  return states;
 }
 
 // No window manager lets the user move, resize or put away a window with these hints: where the panel is, is for it to
@@ -42,23 +45,63 @@ void sendToWindowManager(xcb_window_t window, const char* type, const std::array
                  reinterpret_cast<const char*>(&event));
 }
 
+std::uint32_t cardinal(int value) {
+  return static_cast<std::uint32_t>(value);
+}
+
 }  // namespace
 
-void announcePanel(xcb_window_t window) {
+void announcePanel(xcb_window_t window, PanelLayer layer) {
   xcb_change_property(x11::connection(), XCB_PROP_MODE_REPLACE, window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, 8,
                       sizeof kWindowClass, kWindowClass);
   replaceProperty(window, "_MOTIF_WM_HINTS", x11::atom("_MOTIF_WM_HINTS"), kMotifHints.data(),
                   static_cast<std::uint32_t>(kMotifHints.size()));
-  replaceProperty(window, "_NET_WM_DESKTOP", XCB_ATOM_CARDINAL, &kAllDesktops, 1);
-  const States states = panelStates();
+  replaceProperty(window, "_NET_WM_DESKTOP", XCB_ATOM_CARDINAL, &x11::kAllDesktops, 1);
+  const std::vector<std::uint32_t> states = panelStates(layer);
   replaceProperty(window, "_NET_WM_STATE", XCB_ATOM_ATOM, states.data(), static_cast<std::uint32_t>(states.size()));
 }
 
-void requestPanelStates(xcb_window_t window) {
-  sendToWindowManager(window, "_NET_WM_DESKTOP", {kAllDesktops, kFromApplication, 0, 0, 0});
-  const States states = panelStates();
-  sendToWindowManager(window, "_NET_WM_STATE", {kAddState, states[0], states[1], kFromApplication, 0});
-  sendToWindowManager(window, "_NET_WM_STATE", {kAddState, states[2], states[3], kFromApplication, 0});
+void requestPanelStates(xcb_window_t window, PanelLayer layer) {
+  sendToWindowManager(window, "_NET_WM_DESKTOP", {x11::kAllDesktops, kFromApplication, 0, 0, 0});
+  for (const std::uint32_t state : panelStates(layer)) {
+    sendToWindowManager(window, "_NET_WM_STATE", {kAddState, state, 0, kFromApplication, 0});
+  }
+}
+
+void announceShadow(xcb_window_t window, const QMargins& extents) {
+  constexpr const char* name = "_GTK_FRAME_EXTENTS";
+  if (extents.isNull()) {
+    xcb_delete_property(x11::connection(), window, x11::atom(name));
+    return;
+  }
+  const std::array<std::uint32_t, 4> sides{cardinal(extents.left()), cardinal(extents.right()), cardinal(extents.top()),
+                                           cardinal(extents.bottom())};
+  replaceProperty(window, name, XCB_ATOM_CARDINAL, sides.data(), static_cast<std::uint32_t>(sides.size()));
+}
+
+void announceBlurBehind(xcb_window_t window, const QRegion& region) {
+  if (region.isEmpty()) {
+    xcb_delete_property(x11::connection(), window, x11::atom(kBlurBehind));
+    return;
+  }
+  std::vector<std::uint32_t> rectangles;
+  for (const QRect& rect : region) {
+    rectangles.insert(rectangles.end(),
+                      {cardinal(rect.x()), cardinal(rect.y()), cardinal(rect.width()), cardinal(rect.height())});
+  }
+  replaceProperty(window, kBlurBehind, XCB_ATOM_CARDINAL, rectangles.data(),
+                  static_cast<std::uint32_t>(rectangles.size()));
+}
+
+bool canBlurBehind() {
+  const auto cookie = xcb_list_properties(x11::connection(), x11::rootWindow());
+  const x11::Reply<xcb_list_properties_reply_t> reply(xcb_list_properties_reply(x11::connection(), cookie, nullptr));
+  if (!reply) {
+    return false;
+  }
+  const xcb_atom_t* names = xcb_list_properties_atoms(reply.get());
+  return std::find(names, names + xcb_list_properties_atoms_length(reply.get()), x11::atom(kBlurBehind)) !=
+         names + xcb_list_properties_atoms_length(reply.get());
 }
 
 }  // namespace quenlio

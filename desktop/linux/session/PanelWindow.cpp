@@ -8,9 +8,13 @@
 #include <QtGui/QScreen>
 #include <QtGui/QWindow>
 #include <algorithm>
+#include <cmath>
+#include <optional>
 #include <utility>
 #include <vector>
 #include <xcb/shape.h>
+
+#include "core/geometry/ContinuousCorner.h"
 
 #include "desktop/linux/session/KeyTranslation.h"
 #include "desktop/linux/session/PanelHints.h"
@@ -23,41 +27,80 @@ namespace {
 constexpr int kTryEvery = 5;  // milliseconds
 constexpr int kMostTries = 100;
 
-// The pixels whose centre is inside the rounded rectangle.
-QRegion roundedRegion(const QSize& size, double radius) {
-  QBitmap bits(size);
+struct WindowPixels;
+
+// The pixels whose centre is inside the rectangle with continuous corners.
+QRegion roundedRegion(const QRect& rect, double radius) {
+  QBitmap bits(rect.size());
   bits.clear();
+  QPolygonF outline;
+  for (const auto& at : continuousRectangle<WindowPixels>(
+           {{0, 0}, {static_cast<double>(rect.width()), static_cast<double>(rect.height())}}, radius)) {
+    outline.append({at.x, at.y});
+  }
   QPainter painter(&bits);
   painter.setPen(Qt::NoPen);
   painter.setBrush(Qt::color1);
-  painter.drawRoundedRect(QRectF(QPointF(), size), radius, radius);
+  painter.drawPolygon(outline);
   painter.end();
-  return QRegion(bits);
+  return QRegion(bits).translated(rect.topLeft());
+}
+
+// Nothing: the whole window.
+void setShape(xcb_window_t window, xcb_shape_sk_t kind, const std::optional<QRegion>& region) {
+  if (!region) {
+    xcb_shape_mask(x11::connection(), XCB_SHAPE_SO_SET, kind, window, 0, 0, XCB_PIXMAP_NONE);
+    return;
+  }
+  std::vector<xcb_rectangle_t> rectangles;
+  for (const QRect& rect : *region) {
+    rectangles.push_back({static_cast<std::int16_t>(rect.x()), static_cast<std::int16_t>(rect.y()),
+                          static_cast<std::uint16_t>(rect.width()), static_cast<std::uint16_t>(rect.height())});
+  }
+  xcb_shape_rectangles(x11::connection(), XCB_SHAPE_SO_SET, kind, XCB_CLIP_ORDERING_UNSORTED, window, 0, 0,
+                       static_cast<std::uint32_t>(rectangles.size()), rectangles.data());
 }
 
 }  // namespace
 
-// Lies over the content while the panel is not wholly opaque, and takes away from what has been painted below it. Being
-// the topmost widget it is painted last, once for every part of the window that is painted anew.
-class PanelWindow::Veil final : public QWidget {
+// Lies over the content. Being the topmost widget it is painted last, once for every part of the window that is painted
+// anew: puts the shadow under what has been painted, and takes away from all of it while the panel is not wholly
+// opaque.
+class PanelWindow::Cover final : public QWidget {
  public:
-  explicit Veil(QWidget* parent) : QWidget(parent) {
+  explicit Cover(QWidget* parent) : QWidget(parent) {
     setAttribute(Qt::WA_TransparentForMouseEvents);
     setFocusPolicy(Qt::NoFocus);
     hide();
   }
   double alpha = 1;
+  SoftShadow shadow;
 
  protected:
   void paintEvent(QPaintEvent* event) override {
     QPainter painter(this);
-    painter.setCompositionMode(QPainter::CompositionMode_DestinationIn);
-    painter.fillRect(event->rect(), QColor::fromRgbF(0, 0, 0, static_cast<float>(alpha)));
+    const QRect body = rect() - parentWidget()->contentsMargins();
+    if (!shadow.look().layers.empty() && !isWellInside(event->rect(), body)) {
+      painter.setCompositionMode(QPainter::CompositionMode_DestinationOver);
+      shadow.paint(painter, body);
+    }
+    if (alpha < 1) {
+      painter.setCompositionMode(QPainter::CompositionMode_DestinationIn);
+      painter.fillRect(event->rect(), QColor::fromRgbF(0, 0, 0, static_cast<float>(alpha)));
+    }
+  }
+
+ private:
+  // Where there is nothing but body.
+  [[nodiscard]] bool isWellInside(const QRect& part, const QRect& body) const {
+    const int corner = static_cast<int>(std::ceil(continuousCornerReach(shadow.look().cornerRadius)));
+    return body.adjusted(1, corner, -1, -corner).contains(part) || body.adjusted(corner, 1, -corner, -1).contains(part);
   }
 };
 
-PanelWindow::PanelWindow()
-    : QWidget(nullptr, Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint), veil_(new Veil(this)) {
+PanelWindow::PanelWindow(PanelLayer layer)
+    : QWidget(nullptr, Qt::Tool | Qt::FramelessWindowHint), layer_(layer), cover_(new Cover(this)) {
+  setWindowFlag(Qt::WindowStaysOnTopHint, layer == PanelLayer::aboveOthers);
   setAttribute(Qt::WA_TranslucentBackground);
   setAttribute(Qt::WA_ShowWithoutActivating);
   setAttribute(Qt::WA_QuitOnClose, false);
@@ -72,15 +115,16 @@ void PanelWindow::setContent(std::unique_ptr<QWidget> content) {
   delete content_;
   content_ = content.release();
   content_->setParent(this);
-  content_->setGeometry(rect());
+  content_->setGeometry(contentsRect());
   content_->show();
   setFocusProxy(content_);
-  veil_->raise();
+  cover_->raise();
 }
 
 void PanelWindow::setSurface(const PanelSurface& surface) {
   if (surface != surface_) {
     surface_ = surface;
+    useShadow();
     shape();
     update();
   }
@@ -94,17 +138,39 @@ void PanelWindow::setComposited(bool composited) {
     const std::uint32_t clear = composited ? 0 : static_cast<std::uint32_t>(XCB_BACK_PIXMAP_NONE);
     xcb_change_window_attributes(x11::connection(), id(), composited ? XCB_CW_BACK_PIXEL : XCB_CW_BACK_PIXMAP, &clear);
   }
-  veil_->setVisible(composited_ && veil_->alpha < 1);
+  useShadow();
   shape();
   update();
 }
 
+void PanelWindow::setBlursBehind(bool blursBehind) {
+  blursBehind_ = blursBehind;
+  shape();
+}
+
+// Nothing can be blended without a compositor, so there is no shadow either.
+void PanelWindow::useShadow() {
+  const QRect stands = frame();
+  cover_->shadow.setLook(
+      {.cornerRadius = surface_.cornerRadius, .layers = composited_ ? surface_.shadow : std::vector<ShadowLayer>{}});
+  cover_->setVisible(composited_ && (cover_->alpha < 1 || !cover_->shadow.look().layers.empty()));
+  if (cover_->shadow.margins() != contentsMargins()) {
+    setContentsMargins(cover_->shadow.margins());
+    setFrame(stands);
+    layOut();
+  }
+}
+
+void PanelWindow::setFrame(const QRect& frame) {
+  setGeometry(frame + contentsMargins());
+}
+
 void PanelWindow::setAlpha(double alpha) {
-  if (veil_->alpha == alpha) {
+  if (cover_->alpha == alpha) {
     return;
   }
-  veil_->alpha = alpha;
-  veil_->setVisible(composited_ && alpha < 1);
+  cover_->alpha = alpha;
+  useShadow();
   update();
 }
 
@@ -125,9 +191,10 @@ void PanelWindow::showOnAllDesktops() {
 void PanelWindow::showNow(bool bypasses) {
   wait_.stop();
   setBypassesWindowManager(bypasses);
-  announcePanel(id());
+  announcePanel(id(), layer_);
+  shape();
   show();
-  requestPanelStates(id());
+  requestPanelStates(id(), layer_);
   if (std::exchange(wantsKeyboard_, false)) {
     takeKeyboard();
   }
@@ -154,7 +221,7 @@ bool PanelWindow::isCovered() const {
 }
 
 bool PanelWindow::isBelowFullScreenWindow() const {
-  return x11::isCoveredByFullScreenWindow(x11::toPixels(geometry(), *screen()));
+  return x11::isCoveredByFullScreenWindow(x11::toPixels(frame(), *screen()));
 }
 
 // For a window that is not shown. Not by Qt's flag, for which the window would have to be made anew.
@@ -196,23 +263,37 @@ void PanelWindow::orderOut() {
 }
 
 void PanelWindow::setTakesMouse(bool takes) {
+  takesMouse_ = takes;
+  shapeInput();
+}
+
+// By the server and not by Qt, which counts a window's shape in points.
+void PanelWindow::shape() {
   if (x11::connection() == nullptr) {
     return;
   }
-  if (takes) {
-    xcb_shape_mask(x11::connection(), XCB_SHAPE_SO_SET, XCB_SHAPE_SK_INPUT, id(), 0, 0, XCB_PIXMAP_NONE);
+  const QRegion body = bodyInPixels();
+  setShape(id(), XCB_SHAPE_SK_BOUNDING, composited_ ? std::nullopt : std::optional(body));
+  announceShadow(id(), (QMarginsF(contentsMargins()) * devicePixelRatioF()).toMargins());
+  announceBlurBehind(id(), composited_ && blursBehind_ ? body : QRegion());
+  shapeInput();
+}
+
+void PanelWindow::shapeInput() {
+  if (x11::connection() == nullptr) {
+    return;
+  }
+  if (!takesMouse_) {
+    setShape(id(), XCB_SHAPE_SK_INPUT, QRegion());
   } else {
-    xcb_shape_rectangles(x11::connection(), XCB_SHAPE_SO_SET, XCB_SHAPE_SK_INPUT, XCB_CLIP_ORDERING_UNSORTED, id(), 0,
-                         0, 0, nullptr);
+    setShape(id(), XCB_SHAPE_SK_INPUT, contentsMargins().isNull() ? std::nullopt : std::optional(bodyInPixels()));
   }
 }
 
-void PanelWindow::shape() {
-  if (composited_) {
-    clearMask();
-  } else {
-    setMask(roundedRegion(size(), surface_.cornerRadius));
-  }
+QRegion PanelWindow::bodyInPixels() const {
+  const double scale = devicePixelRatioF();
+  const QRectF body(QPointF(contentsRect().topLeft()) * scale, QSizeF(contentsRect().size()) * scale);
+  return roundedRegion(body.toRect(), surface_.cornerRadius * scale);
 }
 
 void PanelWindow::paintEvent(QPaintEvent* event) {
@@ -222,13 +303,15 @@ void PanelWindow::paintEvent(QPaintEvent* event) {
 }
 
 void PanelWindow::resizeEvent(QResizeEvent* /*event*/) {
+  layOut();
+  shape();
+}
+
+void PanelWindow::layOut() {
   if (content_ != nullptr) {
-    content_->setGeometry(rect());
+    content_->setGeometry(contentsRect());
   }
-  veil_->setGeometry(rect());
-  if (!composited_) {
-    shape();
-  }
+  cover_->setGeometry(rect());
 }
 
 void PanelWindow::keyPressEvent(QKeyEvent* event) {

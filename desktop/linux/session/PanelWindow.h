@@ -1,5 +1,9 @@
-// The widget behind a panel: a frameless, translucent top-level window that holds one content view, paints the panel's
-// alpha and, where no compositor blends, stands opaque in a rounded shape. Owned by its QtPanel. Main thread.
+// The widget behind a panel: a frameless, translucent top-level window that holds one content view and paints the
+// panel's shadow and alpha. Where no compositor blends it stands opaque in a rounded shape. Owned by its QtPanel. Main
+// thread.
+//
+// The shadow needs room: the window is larger than the panel by the widget's contents margins, and takes the mouse only
+// where the panel is.
 //
 // A window manager puts the window that fills the screen above all others. Where there is one, the panel is shown past
 // the window manager, which then does nothing more for it: it has to take the keyboard, and to give it back, by itself.
@@ -10,28 +14,36 @@
 #include <QtWidgets/QWidget>
 #include <functional>
 #include <memory>
+#include <vector>
 
 #include "core/platform/Panel.h"
 
+#include "desktop/linux/session/PanelHints.h"
 #include "desktop/linux/session/X11.h"
+#include "desktop/render/SoftShadow.h"
 
 namespace quenlio {
 
-// What the panel must know of its content's look in order to stand without a compositor.
+// What the panel must know of its content's look: the shape of its body, which has continuous corners, and its shadow.
 struct PanelSurface {
   double cornerRadius = 0;  // points
-  QColor tone{Qt::white};   // opaque, under everything that the content paints
+  QColor tone{Qt::white};   // opaque, under everything that the content paints, where there is no compositor
+  std::vector<ShadowLayer> shadow{};
   bool operator==(const PanelSurface&) const = default;
 };
 
 class PanelWindow final : public QWidget {
  public:
-  PanelWindow();
+  explicit PanelWindow(PanelLayer layer = PanelLayer::aboveOthers);
 
   void setContent(std::unique_ptr<QWidget> content);
   [[nodiscard]] QWidget* content() const { return content_; }
   void setSurface(const PanelSurface& surface);
   void setComposited(bool composited);
+  void setBlursBehind(bool blursBehind);
+  // Where the panel stands, without its shadow, in Qt's coordinates.
+  void setFrame(const QRect& frame);
+  [[nodiscard]] QRect frame() const { return geometry() - contentsMargins(); }
   // 0 to 1. Without a compositor nothing can be blended, and the panel is shown as it is.
   void setAlpha(double alpha);
   void setOnKeyDown(std::function<bool(const KeyEvent&)> onKeyDown) { onKeyDown_ = std::move(onKeyDown); }
@@ -60,7 +72,7 @@ class PanelWindow final : public QWidget {
   bool eventFilter(QObject* object, QEvent* event) override;
 
  private:
-  class Veil;
+  class Cover;
 
   [[nodiscard]] xcb_window_t id() const { return static_cast<xcb_window_t>(winId()); }
   [[nodiscard]] bool isBelowFullScreenWindow() const;
@@ -68,12 +80,20 @@ class PanelWindow final : public QWidget {
   void showNow(bool bypasses);
   void setBypassesWindowManager(bool bypasses);
   void giveKeyboardBack();
+  void useShadow();
+  void layOut();
+  // Tells the server which part of the window is seen, takes the mouse and is to be blurred behind.
   void shape();
+  void shapeInput();
+  [[nodiscard]] QRegion bodyInPixels() const;
 
+  const PanelLayer layer_;
   QWidget* content_ = nullptr;  // a child
-  Veil* veil_;                  // a child, above the content
+  Cover* cover_;                // a child, above the content
   PanelSurface surface_;
   bool composited_ = true;
+  bool blursBehind_ = false;
+  bool takesMouse_ = true;
   bool bypassesWindowManager_ = false;
   QBasicTimer wait_;  // runs until the window manager has let go of the window, which is then shown past it
   int triesLeft_ = 0;

@@ -35,19 +35,6 @@ bool paletteIsDark() {
   return palette.color(QPalette::Window).lightness() < palette.color(QPalette::WindowText).lightness();
 }
 
-// An observer that is not told of the present state, only of what follows.
-Subscription followChanges(Published<int>& changes, std::function<void()> changed) {
-  return changes.subscribe([changed = std::move(changed), isFirst = true](int) mutable {
-    if (!std::exchange(isFirst, false)) {
-      changed();
-    }
-  });
-}
-
-void bump(Published<int>& changes) {
-  changes.set(changes.get() + 1);
-}
-
 }  // namespace
 
 QtAppearance::QtAppearance() {
@@ -68,11 +55,11 @@ QtAppearance::QtAppearance() {
 QtAppearance::~QtAppearance() = default;
 
 Subscription QtAppearance::observeEffectiveAppearance(std::function<void()> changed) {
-  return followChanges(appearanceChanges_, std::move(changed));
+  return appearanceObservers_.add(std::move(changed));
 }
 
 Subscription QtAppearance::observeAccessibilityDisplayOptions(std::function<void()> changed) {
-  return followChanges(contrastChanges_, std::move(changed));
+  return contrastObservers_.add(std::move(changed));
 }
 
 void QtAppearance::read(const QString& key) {
@@ -103,12 +90,12 @@ void QtAppearance::update() {
   const bool dark = prefers ? colorScheme_ == kPrefersDark : paletteIsDark();
   if (dark != isDark_) {
     isDark_ = dark;
-    bump(appearanceChanges_);
+    appearanceObservers_.call();
   }
   const bool contrast = contrast_ == kHigherContrast;
   if (contrast != increaseContrast_) {
     increaseContrast_ = contrast;
-    bump(contrastChanges_);
+    contrastObservers_.call();
   }
 }
 

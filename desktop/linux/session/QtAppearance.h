@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <optional>
 
-#include "core/base/Published.h"
+#include "core/base/Observers.h"
 #include "core/base/WeakOwner.h"
 #include "core/platform/Application.h"
 
@@ -36,9 +36,9 @@ class QtAppearance final : public Appearance, private QObject {
   std::uint32_t contrast_ = 0;                // the portal's: 1 is higher
   bool isDark_ = false;
   bool increaseContrast_ = false;
-  // Announced once the change has been made, as notifications are.
-  Published<int> appearanceChanges_{0};
-  Published<int> contrastChanges_{0};
+  // Called once the change has been made, as notifications are.
+  Observers<> appearanceObservers_;
+  Observers<> contrastObservers_;
   std::optional<DBusSignal> settingChanged_;
   WeakOwner<QtAppearance> weak_{this};
 };

@@ -29,28 +29,16 @@ Subscription QtDistributedNotificationCenter::addObserverForName(
                             .name = QStringLiteral("Posted")},
         weak_.bind([](QtDistributedNotificationCenter& self, const QDBusMessage& message) { self.receive(message); }));
   }
-  auto observer = std::make_shared<Observer>(Observer{.name = std::string(name), .block = std::move(block)});
-  observers_->push_back(observer);
-  return Subscription([observer, list = std::weak_ptr(observers_)] {
-    observer->isActive = false;
-    if (const auto observers = list.lock()) {
-      std::erase(*observers, observer);
-    }
-  });
+  return observers_[std::string(name)].add(std::move(block));
 }
 
 void QtDistributedNotificationCenter::receive(const QDBusMessage& message) {
   if (message.signature() != QStringLiteral("sa{sv}")) {
     return;
   }
-  const std::string name = message.arguments().at(0).toString().toStdString();
-  const NotificationUserInfo info = userInfoFrom(qdbus_cast<QVariantMap>(message.arguments().at(1)));
-  // A copy, since a block may add or end observers.
-  const Observers observers = *observers_;
-  for (const auto& observer : observers) {
-    if (observer->isActive && observer->name == name) {
-      observer->block(info);
-    }
+  const auto named = observers_.find(message.arguments().at(0).toString().toStdString());
+  if (named != observers_.end()) {
+    named->second.call(userInfoFrom(qdbus_cast<QVariantMap>(message.arguments().at(1))));
   }
 }
 

@@ -3,10 +3,11 @@
 #pragma once
 
 #include <QtDBus/QDBusMessage>
-#include <memory>
+#include <map>
 #include <optional>
-#include <vector>
+#include <string>
 
+#include "core/base/Observers.h"
 #include "core/base/WeakOwner.h"
 #include "core/platform/DistributedNotificationCenter.h"
 
@@ -20,17 +21,10 @@ class QtDistributedNotificationCenter final : public DistributedNotificationCent
                                                 std::function<void(const NotificationUserInfo&)> block) override;
 
  private:
-  struct Observer {
-    std::string name;
-    std::function<void(const NotificationUserInfo&)> block;
-    bool isActive = true;
-  };
-  using Observers = std::vector<std::shared_ptr<Observer>>;
-
   void receive(const QDBusMessage& message);
 
-  std::shared_ptr<Observers> observers_ = std::make_shared<Observers>();  // subscriptions may outlive this
-  std::optional<DBusSignal> signal_;                                      // from the first observer on
+  std::map<std::string, Observers<const NotificationUserInfo&>> observers_;  // by the name of the notification
+  std::optional<DBusSignal> signal_;                                         // from the first observer on
   WeakOwner<QtDistributedNotificationCenter> weak_{this};
 };
 

@@ -1,10 +1,10 @@
-// Key presses on their way to any window of the program, seen by a filter on the application. Main thread.
+// Key presses on their way to any window of the program, seen by a filter on the application, except for those
+// that a button with the keyboard keeps to itself. Main thread.
 #pragma once
 
 #include <QtCore/QObject>
-#include <memory>
-#include <vector>
 
+#include "core/base/Observers.h"
 #include "core/platform/Panel.h"
 
 namespace quenlio {
@@ -16,15 +16,10 @@ class QtEventMonitors final : public EventMonitors, private QObject {
   [[nodiscard]] Subscription addLocalMonitorForKeyDown(std::function<bool(const KeyEvent&)> handler) override;
 
  private:
-  struct Monitor {
-    std::function<bool(const KeyEvent&)> handler;
-    bool isActive = true;
-  };
-  using Monitors = std::vector<std::shared_ptr<Monitor>>;
-
   bool eventFilter(QObject* object, QEvent* event) override;
 
-  std::shared_ptr<Monitors> monitors_ = std::make_shared<Monitors>();  // subscriptions may outlive this
+  // Each hears of a key and whether it has been consumed, which it may say itself.
+  Observers<const KeyEvent&, bool&> monitors_;
 };
 
 }  // namespace quenlio

@@ -2,6 +2,7 @@
 
 #include <QtGui/QScreen>
 #include <QtWidgets/QApplication>
+#include <QtWidgets/QLineEdit>
 #include <algorithm>
 #include <utility>
 
@@ -19,11 +20,14 @@ double overlap(const Rect<Screen>& a, const Rect<Screen>& b) {
 
 }  // namespace
 
-QtPanel::QtPanel(const Rect<Screen>& contentRect, const UserIntent& intent, CompositorWatch& compositor)
-    : intent_(intent), animator_(*this), frame_(contentRect) {
+QtPanel::QtPanel(const Rect<Screen>& contentRect, const UserIntent& intent, CompositorWatch& compositor,
+                 PanelLayer layer)
+    : intent_(intent), window_(layer), animator_(*this), frame_(contentRect) {
   applyFrame(contentRect);
   compositorWatch_ = compositor.isThere().subscribe(
       weak_.bind([](QtPanel& self, bool isThere) { self.window_.setComposited(isThere); }));
+  blurWatch_ = compositor.blursBehind().subscribe(
+      weak_.bind([](QtPanel& self, bool blurs) { self.window_.setBlursBehind(blurs); }));
   screenChanges_.emplace(weak_.bind([](QtPanel& self) { self.screensChanged(); }));
 }
 
@@ -105,6 +109,18 @@ bool QtPanel::isKeyWindow() const {
   return window_.isActiveWindow();
 }
 
+FirstResponder QtPanel::firstResponder() const {
+  const QWidget* focused = window_.focusWidget();
+  if (focused == nullptr || focused == window_.content()) {
+    return FirstResponder::contentView;
+  }
+  if (qobject_cast<const QLineEdit*>(focused) != nullptr) {
+    return FirstResponder::textField;
+  }
+  return focused->inherits("QTextEdit") || focused->inherits("QPlainTextEdit") ? FirstResponder::textView
+                                                                               : FirstResponder::other;
+}
+
 std::optional<ScreenInfo> QtPanel::screen() const {
   const ScreenGeometry geometry = ScreenGeometry::current();
   const QScreen* best = nullptr;
@@ -130,12 +146,12 @@ void QtPanel::applyAlpha(double alpha) {
 
 void QtPanel::applyFrame(const Rect<Screen>& frame) {
   frame_ = frame;
-  window_.setGeometry(ScreenGeometry::current().toQt(frame));
+  window_.setFrame(ScreenGeometry::current().toQt(frame));
 }
 
 void QtPanel::screensChanged() {
   animator_.leaveFrame();
-  frame_ = ScreenGeometry::current().fromQt(window_.geometry());
+  frame_ = ScreenGeometry::current().fromQt(window_.frame());
 }
 
 bool QtPanel::mayTakeKeyboard() const {

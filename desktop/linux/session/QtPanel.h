@@ -25,13 +25,20 @@ namespace quenlio {
 class QtPanel final : public Panel, private PanelAnimator::Target {
  public:
   // Both outlive the panel. It starts ordered out.
-  QtPanel(const Rect<Screen>& contentRect, const UserIntent& intent, CompositorWatch& compositor);
+  QtPanel(const Rect<Screen>& contentRect, const UserIntent& intent, CompositorWatch& compositor,
+          PanelLayer layer = PanelLayer::aboveOthers);
 
   void setContentView(std::unique_ptr<QWidget> content) { window_.setContent(std::move(content)); }
   // What the content's body looks like; it changes with the size and the appearance.
   void setSurface(const PanelSurface& surface) { window_.setSurface(surface); }
   // Who wants the panel closed from without, as by a window manager's key, is told to this; the panel itself stays.
   void setOnClose(std::function<void()> onClose) { window_.setOnClose(std::move(onClose)); }
+  // How the window is called where windows are listed and read out.
+  void setTitle(const QString& title) {
+    window_.setWindowTitle(title);
+    window_.setAccessibleName(title);
+  }
+  void setObjectName(const QString& name) { window_.setObjectName(name); }
   [[nodiscard]] const QWidget& window() const { return window_; }
 
   void setFloatingPanel(bool floating) override;
@@ -53,6 +60,7 @@ class QtPanel final : public Panel, private PanelAnimator::Target {
 
   [[nodiscard]] bool isVisible() const override { return isVisible_; }
   [[nodiscard]] bool isKeyWindow() const override;
+  [[nodiscard]] FirstResponder firstResponder() const override;
   [[nodiscard]] Rect<Screen> frame() const override { return frame_; }
   [[nodiscard]] std::optional<ScreenInfo> screen() const override;
   void setOnKeyDown(std::function<bool(const KeyEvent&)> onKeyDown) override;
@@ -71,6 +79,7 @@ class QtPanel final : public Panel, private PanelAnimator::Target {
   double alpha_ = 1;
   bool isVisible_ = false;
   Subscription compositorWatch_;
+  Subscription blurWatch_;
   std::optional<ScreenChanges> screenChanges_;  // once the panel stands
   WeakOwner<QtPanel> weak_{this};
 };

@@ -11,17 +11,18 @@ ScreenChanges::ScreenChanges(std::function<void()> changed) : changed_(std::move
   for (const QScreen* screen : QGuiApplication::screens()) {
     watch(*screen);
   }
-  QObject::connect(qGuiApp, &QGuiApplication::screenAdded, this, [this](const QScreen* screen) {
-    watch(*screen);
-    changed_();
+  const std::function<void(const QScreen*)> added = weak_.bind([](ScreenChanges& self, const QScreen* screen) {
+    self.watch(*screen);
+    self.changed_();
   });
-  QObject::connect(qGuiApp, &QGuiApplication::screenRemoved, this, [this] { changed_(); });
-  QObject::connect(qGuiApp, &QGuiApplication::primaryScreenChanged, this, [this] { changed_(); });
+  QObject::connect(qGuiApp, &QGuiApplication::screenAdded, this, added);
+  QObject::connect(qGuiApp, &QGuiApplication::screenRemoved, this, changed_);
+  QObject::connect(qGuiApp, &QGuiApplication::primaryScreenChanged, this, changed_);
 }
 
 void ScreenChanges::watch(const QScreen& screen) {
-  QObject::connect(&screen, &QScreen::geometryChanged, this, [this] { changed_(); });
-  QObject::connect(&screen, &QScreen::logicalDotsPerInchChanged, this, [this] { changed_(); });
+  QObject::connect(&screen, &QScreen::geometryChanged, this, changed_);
+  QObject::connect(&screen, &QScreen::logicalDotsPerInchChanged, this, changed_);
 }
 
 }  // namespace quenlio

@@ -5,6 +5,8 @@
 #include <QtCore/QObject>
 #include <functional>
 
+#include "core/base/WeakOwner.h"
+
 QT_BEGIN_NAMESPACE
 class QScreen;
 QT_END_NAMESPACE
@@ -20,6 +22,7 @@ class ScreenChanges final : private QObject {
   void watch(const QScreen& screen);
 
   std::function<void()> changed_;
+  WeakOwner<ScreenChanges> weak_{this};
 };
 
 }  // namespace quenlio

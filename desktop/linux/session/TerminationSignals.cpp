@@ -28,11 +28,12 @@ int openWakeUp() {
 
 TerminationSignals::TerminationSignals(std::function<void()> terminate)
     : terminate_(std::move(terminate)), notifier_(openWakeUp(), QSocketNotifier::Read) {
-  QObject::connect(&notifier_, &QSocketNotifier::activated, &notifier_, [this] {
+  const std::function<void()> signalled = weak_.bind([](TerminationSignals& self) {
     std::uint64_t count = 0;
     [[maybe_unused]] const auto got = read(wakeUp, &count, sizeof count);
-    terminate_();
+    self.terminate_();
   });
+  QObject::connect(&notifier_, &QSocketNotifier::activated, &notifier_, signalled);
   struct sigaction action {};
   action.sa_handler = wake;
   action.sa_flags = SA_RESTART;

@@ -7,11 +7,14 @@
 #include <csignal>
 #include <functional>
 
+#include "core/base/WeakOwner.h"
+
 namespace quenlio {
 
 class TerminationSignals final : private QObject {
  public:
-  // The callback runs on the main thread, from the event loop, at the first signal and each further one.
+  // The callback runs on the main thread, from the event loop. Signals that come before it has run count as one; one
+  // that comes later, or a logout, calls it again.
   explicit TerminationSignals(std::function<void()> terminate);
   TerminationSignals(const TerminationSignals&) = delete;
   TerminationSignals& operator=(const TerminationSignals&) = delete;
@@ -25,6 +28,7 @@ class TerminationSignals final : private QObject {
   std::function<void()> terminate_;
   std::array<struct sigaction, kSignals.size()> previous_{};
   QSocketNotifier notifier_;
+  WeakOwner<TerminationSignals> weak_{this};
 };
 
 }  // namespace quenlio

@@ -1,6 +1,6 @@
-// When the user last asked this program for something: by the hot key, the tray or a second start. For a second from
-// then a panel may take the keyboard; otherwise it would steal it from whatever the user is typing into. Owned by the
-// shell, shared by those who note and those who ask. Main thread.
+// When the user last asked this program for something: by the hot key, by a second start, or by what makes the program
+// activate itself. For a second from then a panel may take the keyboard; otherwise it would steal it from whatever the
+// user is typing into. Owned by main, which lends it to those who note and those who ask. Main thread.
 #pragma once
 
 #include <chrono>

@@ -22,7 +22,6 @@ constexpr std::uint32_t kControl = 0x1000;
 
 constexpr xcb_keysym_t kSuperLeft = 0xffeb;
 constexpr xcb_keysym_t kNumLock = 0xff7f;
-constexpr int kEventNumber = 0x7f;          // without the bit that tells who sent it
 constexpr std::uint16_t kModifiers = 0xff;  // of a key event's state; above them are the pointer's buttons
 
 // Which of the eight modifiers this key sets; the fallback when it sets none.
@@ -147,7 +146,7 @@ bool X11HotKeys::nativeEventFilter(const QByteArray& eventType, void* message, q
     return false;
   }
   const auto* event = static_cast<const xcb_key_press_event_t*>(message);
-  const int number = event->response_type & kEventNumber;
+  const int number = event->response_type & x11::kEventNumber;
   if ((number != XCB_KEY_PRESS && number != XCB_KEY_RELEASE) || event->event != x11::rootWindow()) {
     return false;
   }
@@ -174,10 +173,12 @@ void X11HotKeys::pressed(const Press& press, std::uint32_t time) {
   }
   held_ = press.keyCode;
   intent_.note();
-  // A copy, since a handler may install or remove handlers.
+  // A copy, since a handler may install or remove handlers; one that is removed is not called any more.
   const auto handlers = handlers_;
   for (const auto& [reference, handler] : handlers) {
-    handler();
+    if (handlers_.contains(reference)) {
+      handler();
+    }
   }
 }
 

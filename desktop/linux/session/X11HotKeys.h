@@ -1,5 +1,8 @@
 // Keys grabbed from the X server: they work wherever the keyboard is. Main thread.
 //
+// Only X11 is served. The program runs as an X11 client in a Wayland session, too, through XWayland; there a grab
+// succeeds, but the key is heard only while an X11 window has the keyboard. Off X11 no key can be registered.
+//
 // Command is the Super key here. A key is grabbed for each state of Caps Lock and Num Lock, since the server compares
 // modifiers to the letter. A press counts, a release or a repetition of a held key does not.
 #pragma once

@@ -51,11 +51,10 @@ bool contains(const std::vector<std::uint32_t>& values, std::uint32_t value) {
 
 // A window on another desktop may stay mapped, as it may when it is put away as an icon.
 bool isOnThisDesktop(xcb_window_t window) {
-  constexpr std::uint32_t allDesktops = 0xffffffff;
   const auto own = ask(window, "_NET_WM_DESKTOP");
   const auto current = answer(ask(rootWindow(), "_NET_CURRENT_DESKTOP"));
   const auto desktop = answer(own);
-  return desktop.empty() || current.empty() || desktop.front() == allDesktops || desktop.front() == current.front();
+  return desktop.empty() || current.empty() || desktop.front() == kAllDesktops || desktop.front() == current.front();
 }
 
 QRect geometryOnScreen(xcb_window_t window) {
@@ -68,6 +67,37 @@ QRect geometryOnScreen(xcb_window_t window) {
 
 int pixel(std::uint32_t value) {
   return static_cast<int>(std::min<std::uint32_t>(value, std::numeric_limits<std::int16_t>::max()));
+}
+
+constexpr std::size_t kEdges = 4;  // left, right, top, bottom
+
+// From the thickness at each edge, followed by the beginning and the end along each.
+void addStruts(std::vector<Strut>& struts, const std::vector<std::uint32_t>& values) {
+  if (values.size() < 3 * kEdges) {
+    return;
+  }
+  for (std::size_t edge = 0; edge < kEdges; ++edge) {
+    if (values[edge] > 0) {
+      struts.push_back({.edge = static_cast<Strut::Edge>(edge),
+                        .thickness = pixel(values[edge]),
+                        .begin = pixel(values[kEdges + 2 * edge]),
+                        .end = pixel(values[kEdges + 2 * edge + 1])});
+    }
+  }
+}
+
+// What an older bar tells, which is the thickness alone, in the words of a newer one.
+std::vector<std::uint32_t> alongWholeEdges(std::vector<std::uint32_t> thicknesses, const QSize& desktop) {
+  if (thicknesses.size() < kEdges) {
+    return {};
+  }
+  thicknesses.resize(kEdges);
+  const auto lastRow = static_cast<std::uint32_t>(std::max(desktop.height() - 1, 0));
+  const auto lastColumn = static_cast<std::uint32_t>(std::max(desktop.width() - 1, 0));
+  for (const std::uint32_t end : {lastRow, lastRow, lastColumn, lastColumn}) {
+    thicknesses.insert(thicknesses.end(), {0U, end});
+  }
+  return thicknesses;
 }
 
 }  // namespace
@@ -93,24 +123,16 @@ bool isCoveredByFullScreenWindow(const QRect& rect) {
 }
 
 std::vector<Strut> struts() {
-  std::vector<Strut> result;
   if (connection() == nullptr) {
-    return result;
+    return {};
   }
-  constexpr std::size_t edges = 4;
-  for (const auto& values : ofAll(windows(), "_NET_WM_STRUT_PARTIAL")) {
-    // The thickness at each edge, then the beginning and the end along each.
-    if (values.size() < 3 * edges) {
-      continue;
-    }
-    for (std::size_t edge = 0; edge < edges; ++edge) {
-      if (values[edge] > 0) {
-        result.push_back({.edge = static_cast<Strut::Edge>(edge),
-                          .thickness = pixel(values[edge]),
-                          .begin = pixel(values[edges + 2 * edge]),
-                          .end = pixel(values[edges + 2 * edge + 1])});
-      }
-    }
+  const std::vector<xcb_window_t> all = windows();
+  const auto partial = ofAll(all, "_NET_WM_STRUT_PARTIAL");
+  const auto whole = ofAll(all, "_NET_WM_STRUT");
+  const QSize desktop = desktopSize();
+  std::vector<Strut> result;
+  for (std::size_t index = 0; index < all.size(); ++index) {
+    addStruts(result, partial[index].size() >= 3 * kEdges ? partial[index] : alongWholeEdges(whole[index], desktop));
   }
   return result;
 }

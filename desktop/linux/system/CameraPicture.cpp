@@ -2,10 +2,10 @@
 
 #include "core/base/Text.h"
 
-#include "desktop/linux/system/CompleteFormats.h"
 #include "desktop/linux/system/HEICBoxes.h"
 #include "desktop/linux/system/JPEGSegments.h"
 #include "desktop/linux/system/PNGChunks.h"
+#include "desktop/linux/system/PictureKind.h"
 #include "desktop/linux/system/TIFFDirectory.h"
 
 namespace quenlio {
@@ -115,17 +115,23 @@ bool isCameraHEIC(ByteSource& source) {
 }  // namespace
 
 bool isCameraPicture(ByteSource& source) {
-  const std::string head = source.readUpTo(0, 8);
-  if (head.starts_with("II") || head.starts_with("MM")) {
-    return hasMakeOrModel(TIFFReader(source, 0, source.size()));
+  const auto kind = pictureKind(source.readUpTo(0, kPictureHead));
+  if (!kind) {
+    return false;
   }
-  if (head.starts_with("\xFF\xD8\xFF")) {
-    return isCameraJPEG(source);
+  switch (*kind) {
+    case PictureKind::png:
+      return isCameraPNG(source);
+    case PictureKind::jpeg:
+      return isCameraJPEG(source);
+    case PictureKind::heic:
+      return isCameraHEIC(source);
+    case PictureKind::tiff:
+      return hasMakeOrModel(TIFFReader(source, 0, source.size()));
+    case PictureKind::pdf:
+      return false;
   }
-  if (head == kPNGSignature) {
-    return isCameraPNG(source);
-  }
-  return head.ends_with("ftyp") && isCameraHEIC(source);
+  return false;
 }
 
 }  // namespace quenlio

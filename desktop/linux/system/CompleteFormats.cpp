@@ -3,6 +3,7 @@
 #include <charconv>
 
 #include "desktop/linux/system/JPEGSegments.h"
+#include "desktop/linux/system/PictureKind.h"
 
 namespace quenlio {
 namespace {
@@ -71,21 +72,23 @@ bool isCrossReference(std::string_view text) {
 }  // namespace
 
 bool isCompleteByFormat(ByteSource& source) {
-  const std::string head = source.readUpTo(0, 16);
-  if (head.starts_with(kPNGSignature)) {
-    return isCompletePNG(source);
+  const std::string head = source.readUpTo(0, kPictureHead);
+  const auto kind = pictureKind(head);
+  if (!kind) {
+    return false;
   }
-  if (head.starts_with("\xFF\xD8\xFF")) {
-    return isCompleteJPEG(source);
-  }
-  if (head.starts_with("%PDF-")) {
-    return isCompletePDF(source);
-  }
-  if (head.starts_with(std::string_view("II*\0", 4)) || head.starts_with(std::string_view("MM\0*", 4))) {
-    return isCompleteTIFF(source);
-  }
-  if (head.size() >= 12 && head.substr(4, 4) == "ftyp") {
-    return isCompleteHEIC(source);
+  switch (*kind) {
+    case PictureKind::png:
+      return isCompletePNG(source);
+    case PictureKind::jpeg:
+      return isCompleteJPEG(source);
+    case PictureKind::heic:
+      return isCompleteHEIC(source);
+    case PictureKind::tiff:
+      return isCompleteTIFF(source);
+    case PictureKind::pdf:
+      // Behind other bytes the document's own places and lengths prove nothing.
+      return head.starts_with("%PDF-") && isCompletePDF(source);
   }
   return false;
 }

@@ -12,9 +12,6 @@ namespace quenlio {
 // By the contents: PNG, JPEG, TIFF, PDF and the HEIC family. False for every other kind.
 [[nodiscard]] bool isCompleteByFormat(ByteSource& source);
 
-// The signature that opens every PNG.
-inline constexpr std::string_view kPNGSignature{"\x89PNG\r\n\x1a\n", 8};
-
 // Each one expects a source whose head is that of the format.
 [[nodiscard]] bool isCompletePNG(ByteSource& source);
 [[nodiscard]] bool isCompleteJPEG(ByteSource& source);

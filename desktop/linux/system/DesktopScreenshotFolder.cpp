@@ -30,31 +30,6 @@ constexpr std::array<StoreKey, 4> kStoreKeys{{{"gnome", "org.gnome.gnome-screens
 constexpr std::array<std::string_view, 10> kUsePictures{"mate",    "x-cinnamon", "xfce",  "pantheon", "sway",
                                                         "wlroots", "hyprland",   "river", "labwc",    "wayfire"};
 
-// How the desktops that make the folder by themselves call it.
-struct TranslatedName {
-  std::string_view locale;
-  std::string_view name;
-};
-constexpr std::array<TranslatedName, 19> kTranslatedNames{{{"ca", "Captures de pantalla"},
-                                                           {"cs", "Snímky obrazovky"},
-                                                           {"da", "Skærmbilleder"},
-                                                           {"de", "Bildschirmfotos"},
-                                                           {"es", "Capturas de pantalla"},
-                                                           {"fi", "Kuvakaappaukset"},
-                                                           {"fr", "Captures d’écran"},
-                                                           {"hu", "Képernyőképek"},
-                                                           {"it", "Schermate"},
-                                                           {"ja", "スクリーンショット"},
-                                                           {"nb", "Skjermbilder"},
-                                                           {"nl", "Schermafdrukken"},
-                                                           {"pl", "Zrzuty ekranu"},
-                                                           {"pt", "Capturas de ecrã"},
-                                                           {"pt_BR", "Capturas de tela"},
-                                                           {"ro", "Capturi de ecran"},
-                                                           {"ru", "Снимки экрана"},
-                                                           {"sv", "Skärmbilder"},
-                                                           {"uk", "Знімки екрана"}}};
-
 std::optional<FileStamp> stampOfFile(const FileURL& file) {
   struct stat status {};
   return ::stat(file.path().c_str(), &status) == 0 ? std::optional(stampOf(status)) : std::nullopt;
@@ -113,11 +88,8 @@ std::optional<FileURL> folderOfSetting(std::string_view value, const FileURL& ho
     value.remove_prefix(value.starts_with("localhost/") ? std::string_view("localhost").size() : 0);
     path = withoutPercents(value);
   }
-  for (const std::string_view ownFolder : {"~", "$HOME", "${HOME}"}) {
-    const bool isWhole = path.size() == ownFolder.size() || path.substr(0, ownFolder.size() + 1).ends_with('/');
-    if (path.starts_with(ownFolder) && isWhole) {
-      path = home.path() + path.substr(ownFolder.size());
-    }
+  for (const std::string_view name : {"~", "$HOME", "${HOME}"}) {
+    path = withHomeFor(name, path, home).value_or(path);
   }
   const bool isPath = path.starts_with('/') && path.find('\0') == std::string::npos;
   return isPath ? std::optional(FileURL(std::move(path))) : std::nullopt;
@@ -222,8 +194,9 @@ std::string DesktopScreenshotFolder::translatedName() const {
   }
   locale = locale.substr(0, locale.find_first_of(".@"));
   for (const std::string& candidate : {locale, locale.substr(0, locale.find('_'))}) {
-    const auto found = std::ranges::find(kTranslatedNames, candidate, &TranslatedName::locale);
-    if (found != kTranslatedNames.end()) {
+    const auto names = screenshotFolderNames();
+    const auto found = std::ranges::find(names, candidate, &ScreenshotFolderName::locale);
+    if (found != names.end()) {
       return std::string(found->name);
     }
   }

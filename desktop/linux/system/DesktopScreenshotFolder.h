@@ -1,10 +1,10 @@
 // The folder into which this desktop's own tools put screenshots. Main thread; cheap enough to be asked every few
 // seconds of an idle program: files are read again only when they have changed, and a program is started only when the
-// desktop's settings store has. Only the first question may wait for that program, since the launch needs its answer;
-// after a change the old answer holds until the new one is there.
+// desktop's settings store has. The first question waits for that program, since the launch needs its answer; the one
+// that notices a change waits for a moment, after which the old answer holds until the new one is there.
 #pragma once
 
-#include <functional>
+#include <chrono>
 #include <map>
 #include <optional>
 #include <string>
@@ -22,14 +22,15 @@ namespace quenlio {
 
 class DesktopScreenshotFolder {
  public:
-  // Both outlive this object.
-  DesktopScreenshotFolder(const ProcessInfo& process, const StandardDirectories& directories, GSettingsGet gsettings)
-      : process_(process), directories_(directories), store_(std::move(gsettings)) {}
+  // The process and the directories outlive this object. The patience is that with the store after a change.
+  DesktopScreenshotFolder(const ProcessInfo& process, const StandardDirectories& directories, GSettingsGet gsettings,
+                          std::chrono::milliseconds patience = kPatienceAfterChange)
+      : process_(process), directories_(directories), store_(std::move(gsettings), patience) {}
 
   // In this order: what the desktop in use is set to, what the environment says, the desktop's default. A folder kept
   // for screenshots that the desktop's tool would make at the first capture is made now, or that capture would be
-  // missed; the user's pictures, where other desktops' tools put theirs, are never made. A path or nothing; whether
-  // anything is there is not asked for what has been set.
+  // missed, with the pictures folder above it; where other desktops' tools put theirs right into the user's pictures,
+  // these are not made for their sake. A path or nothing; whether anything is there is not asked for what has been set.
   [[nodiscard]] std::optional<FileURL> current();
 
  private:

@@ -5,12 +5,11 @@
 #include <charconv>
 #include <climits>
 #include <cstdint>
-#include <cstdio>
 #include <fcntl.h>
-#include <sys/random.h>
 #include <sys/xattr.h>
 #include <vector>
 
+#include "desktop/linux/system/HiddenFile.h"
 #include "desktop/linux/system/RegularFile.h"
 
 namespace quenlio {
@@ -20,16 +19,6 @@ constexpr std::size_t kCopyBytes = 256 * 1024;
 
 int resultOf(int answer) {
   return answer == 0 ? 0 : errno;
-}
-
-std::string hiddenName() {
-  std::uint64_t random = 0;
-  if (::getrandom(&random, sizeof random, 0) != static_cast<ssize_t>(sizeof random)) {
-    random = static_cast<std::uint64_t>(std::chrono::steady_clock::now().time_since_epoch().count());
-  }
-  std::array<char, 17> digits{};
-  (void)std::snprintf(digits.data(), digits.size(), "%016llx", static_cast<unsigned long long>(random));
-  return std::string(".quenlio-") + digits.data();
 }
 
 int copyBytes(int from, int to) {
@@ -103,6 +92,14 @@ int copyEverything(const std::string& from, int source, int destination) {
   return resultOf(::futimens(destination, times.data()));
 }
 
+// So that the name outlasts a loss of power. Not every file system can do that, nor every folder be opened for it.
+int syncName(const FilePlace& place) {
+  const UniqueFd folder(
+      ::openat(place.folder, FileURL(place.name).parent().path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  const int error = folder ? resultOf(::fsync(folder.get())) : 0;
+  return error == EINVAL || error == EOPNOTSUPP ? 0 : error;
+}
+
 // Wherever it leads, if anywhere.
 int copyLink(const std::string& from, const std::string& to) {
   std::array<char, PATH_MAX> target{};
@@ -141,17 +138,6 @@ std::optional<Date> creationDate(const std::string& path, const struct statx& st
   return dateFromTimespec({.tv_sec = status.stx_btime.tv_sec, .tv_nsec = status.stx_btime.tv_nsec});
 }
 
-UniqueFd makeHiddenFile(const FileURL& folder, std::string& path) {
-  for (int attempt = 0; attempt < 16; ++attempt) {
-    path = folder.appending(hiddenName()).path();
-    UniqueFd fd(::open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, S_IRUSR | S_IWUSR));
-    if (fd || errno != EEXIST) {
-      return fd;
-    }
-  }
-  return {};
-}
-
 int writeAll(int fd, std::string_view bytes) {
   while (!bytes.empty()) {
     const ssize_t written = ::write(fd, bytes.data(), bytes.size());
@@ -164,75 +150,69 @@ int writeAll(int fd, std::string_view bytes) {
   return 0;
 }
 
-int renameWithoutReplacing(const std::string& from, const std::string& to) {
-  if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) {
-    return 0;
+FileCopy::~FileCopy() {
+  if (!hidden_.empty()) {
+    (void)::unlink(hidden_.c_str());
   }
-  if (errno != EINVAL && errno != ENOSYS && errno != EOPNOTSUPP) {
-    return errno;
-  }
-  const int error = linkAndUnlink(from, to);
-  const bool knowsNoLinks = error == EPERM || error == ENOSYS || error == EOPNOTSUPP || error == EMLINK;
-  return knowsNoLinks ? claimAndRename(from, to) : error;
 }
 
-int linkAndUnlink(const std::string& from, const std::string& to) {
-  if (::linkat(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), 0) != 0) {
-    return errno;
-  }
-  if (::unlink(from.c_str()) != 0) {
-    const int error = errno;
-    (void)::unlink(to.c_str());
-    return error;
-  }
-  return 0;
-}
-
-int claimAndRename(const std::string& from, const std::string& to) {
+int FileCopy::make(const FileURL& from, const FileURL& folder, Durability durability) {
+  const UniqueFd source = openRegularFile(AT_FDCWD, from.path().c_str());
   struct stat status {};
-  if (::lstat(from.c_str(), &status) != 0) {
+  if (!source || ::fstat(source.get(), &status) != 0) {
     return errno;
   }
-  // The name is taken by something empty of our own, which the rename may replace.
-  const bool isFolder = S_ISDIR(status.st_mode);
-  const UniqueFd claim(isFolder ? -1 : ::open(to.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR));
-  if (isFolder ? ::mkdir(to.c_str(), S_IRWXU) != 0 : !claim) {
+  source_ = from;
+  copied_ = stampOf(status);
+  std::string hidden;
+  fd_ = makeHiddenFile(folder, "copy", hidden);
+  if (!fd_) {
     return errno;
   }
-  if (::rename(from.c_str(), to.c_str()) != 0) {
-    const int error = errno;
-    (void)(isFolder ? ::rmdir(to.c_str()) : ::unlink(to.c_str()));
+  hidden_ = std::move(hidden);
+  const int error = copyEverything(from.path(), source.get(), fd_.get());
+  return error == 0 && durability == Durability::onDisk ? resultOf(::fsync(fd_.get())) : error;
+}
+
+int FileCopy::giveName(const FilePlace& to) {
+  own_.note(fd_.get());
+  const int error = renameWithoutReplacing(hidden_, to);
+  if (error == 0) {
+    hidden_.clear();
+  }
+  return error;
+}
+
+int FileCopy::takeOver(const FilePlace& to) {
+  if (const int error = giveName(to); error != 0) {
     return error;
   }
-  return 0;
+  int error = syncName(to);
+  if (error == 0) {
+    error = removeSource();
+  }
+  if (error != 0) {
+    (void)::unlinkat(to.folder, to.name.c_str(), 0);
+  }
+  return error;
+}
+
+int FileCopy::removeSource() const {
+  struct stat status {};
+  if (::lstat(source_.path().c_str(), &status) != 0) {
+    return errno == ENOENT ? 0 : errno;  // somebody else has moved or removed it
+  }
+  return stampOf(status) == copied_ ? resultOf(::unlink(source_.path().c_str())) : EBUSY;
 }
 
 int copyFile(const FileURL& from, const FileURL& to, OwnFiles& own, Durability durability) {
-  const UniqueFd source = openRegularFile(AT_FDCWD, from.path().c_str());
-  if (!source) {
-    return errno;
-  }
   struct stat status {};
   if (::lstat(to.path().c_str(), &status) == 0) {
-    return EEXIST;  // told before the work; the rename below is what makes sure
+    return EEXIST;  // told before the work; giving the name is what makes sure
   }
-  std::string hidden;
-  const UniqueFd copy = makeHiddenFile(to.parent(), hidden);
-  if (!copy) {
-    return errno;
-  }
-  int error = copyEverything(from.path(), source.get(), copy.get());
-  if (error == 0 && durability == Durability::onDisk) {
-    error = resultOf(::fsync(copy.get()));
-  }
-  if (error == 0) {
-    own.note(copy.get());
-    error = renameWithoutReplacing(hidden, to.path());
-  }
-  if (error != 0) {
-    (void)::unlink(hidden.c_str());
-  }
-  return error;
+  FileCopy copy(own);
+  const int error = copy.make(from, to.parent(), durability);
+  return error != 0 ? error : copy.giveName(to.path());
 }
 
 int copyFileOrLink(const FileURL& from, const FileURL& to, OwnFiles& own) {
@@ -255,15 +235,12 @@ int moveAcrossFileSystems(const FileURL& from, const FileURL& to, OwnFiles& own)
   if (!S_ISREG(status.st_mode)) {
     return EXDEV;  // folders stay on their file system
   }
-  if (const int error = copyFile(from, to, own, Durability::onDisk); error != 0) {
-    return error;
+  if (::lstat(to.path().c_str(), &status) == 0) {
+    return EEXIST;  // as in copyFile()
   }
-  if (::unlink(from.path().c_str()) != 0) {
-    const int error = errno;
-    (void)::unlink(to.path().c_str());
-    return error;
-  }
-  return 0;
+  FileCopy copy(own);
+  const int error = copy.make(from, to.parent(), Durability::onDisk);
+  return error != 0 ? error : copy.takeOver(to.path());
 }
 
 }  // namespace quenlio

@@ -1,4 +1,4 @@
-// Putting a file under a name that must be free, in one step that others see whole or not at all.
+// Copying and moving a file to a name that must be free, in one step that others see whole or not at all.
 //
 // All operations here work on paths, follow no link in the last component unless told so, and answer 0 or the error's
 // number. None of them ever overwrites anything. Any thread.
@@ -14,6 +14,8 @@
 #include "core/base/FileURL.h"
 
 #include "desktop/linux/system/OwnFiles.h"
+#include "desktop/linux/system/RegularFile.h"
+#include "desktop/linux/system/RenameWithoutReplacing.h"
 #include "desktop/linux/system/UniqueFd.h"
 
 namespace quenlio {
@@ -26,28 +28,45 @@ inline constexpr const char* kCreatedMark = "user.quenlio.created";
 // `path` and holds STATX_BTIME where the file system gives it.
 [[nodiscard]] std::optional<Date> creationDate(const std::string& path, const struct statx& status);
 
-// A new file of ours for writing, hidden, in that folder, and open for this user alone. Its path goes into `path`.
-[[nodiscard]] UniqueFd makeHiddenFile(const FileURL& folder, std::string& path);
-
 [[nodiscard]] int writeAll(int fd, std::string_view bytes);
-
-// Renames within one file system. EEXIST when something has the name, EXDEV across file systems.
-[[nodiscard]] int renameWithoutReplacing(const std::string& from, const std::string& to);
-
-// The two ways to the same end, for a file system whose rename can do no better than replace.
-[[nodiscard]] int linkAndUnlink(const std::string& from, const std::string& to);
-[[nodiscard]] int claimAndRename(const std::string& from, const std::string& to);
 
 enum class Durability { whenTheSystemLikes, onDisk };
 
-// Copies one regular file with its mode, times, user attributes and date of creation. It is written under a hidden
-// name in the destination's folder, noted as our own, and only then given its name. Links are followed.
+// A copy of one regular file with its mode, times, user attributes and date of creation. It is made under a hidden name
+// and gets its own once it is whole; a copy that has got none is removed with this object. Any one thread.
+class FileCopy {
+ public:
+  explicit FileCopy(OwnFiles& own) : own_(own) {}
+  FileCopy(const FileCopy&) = delete;
+  FileCopy& operator=(const FileCopy&) = delete;
+  ~FileCopy();
+
+  // Made in a folder of the file system where it will get its name. Links are followed.
+  [[nodiscard]] int make(const FileURL& from, const FileURL& folder, Durability durability);
+  // Noted as our own first. After EEXIST another name may be tried.
+  [[nodiscard]] int giveName(const FilePlace& to);
+  // The same, onto the disk, and then removes what it is a copy of. EBUSY when that has been written to since, or
+  // something else has its name: then the copy goes instead.
+  [[nodiscard]] int takeOver(const FilePlace& to);
+
+ private:
+  [[nodiscard]] int removeSource() const;
+
+  OwnFiles& own_;
+  FileURL source_;
+  FileStamp copied_;
+  std::string hidden_;  // empty without a hidden copy
+  UniqueFd fd_;
+};
+
+// Copies one file. It is written in the destination's folder. Links are followed.
 [[nodiscard]] int copyFile(const FileURL& from, const FileURL& to, OwnFiles& own, Durability durability);
 
 // The same for a copy that the user asks for: of a link, another link that leads to the same place is made.
 [[nodiscard]] int copyFileOrLink(const FileURL& from, const FileURL& to, OwnFiles& own);
 
-// Moves a file or a link to another file system: copied whole, onto the disk, before the source goes.
+// Moves a file or a link to another file system: copied whole, onto the disk, before the source goes. EBUSY, and all as
+// it was, when the source is written to meanwhile.
 [[nodiscard]] int moveAcrossFileSystems(const FileURL& from, const FileURL& to, OwnFiles& own);
 
 }  // namespace quenlio

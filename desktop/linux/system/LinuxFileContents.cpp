@@ -10,6 +10,7 @@
 
 #include "desktop/linux/system/FileError.h"
 #include "desktop/linux/system/FileTransfer.h"
+#include "desktop/linux/system/HiddenFile.h"
 #include "desktop/linux/system/RegularFile.h"
 
 namespace quenlio {
@@ -79,7 +80,7 @@ PlatformResult<Done> LinuxFileContents::writeAtomically(const FileURL& url, std:
   struct stat old {};
   const mode_t mode = ::stat(place.path().c_str(), &old) == 0 ? old.st_mode & ALLPERMS : maskedNewFileMode();
   std::string hidden;
-  const UniqueFd fd = makeHiddenFile(place.parent(), hidden);
+  const UniqueFd fd = makeHiddenFile(place.parent(), place.lastPathComponent(), hidden);
   if (!fd) {
     return fileError(url, "could not be written", errno);
   }

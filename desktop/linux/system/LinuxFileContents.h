@@ -10,7 +10,8 @@ class LinuxFileContents final : public FileContents {
   // Regular files only: nothing that could block is opened.
   [[nodiscard]] PlatformResult<std::string> read(const FileURL& url) const override;
   // The new contents are whole before they take the old one's place in one step; a file that is there keeps its mode,
-  // and a link keeps leading to its file. A kill in between leaves the old file, and a hidden one beside it.
+  // and a link keeps leading to its file. A kill in between leaves the old file, and a hidden one beside it that
+  // the next write takes away (see HiddenFile.h).
   PlatformResult<Done> writeAtomically(const FileURL& url, std::string_view data) override;
   PlatformResult<Done> append(const FileURL& url, std::string_view data) override;
 };

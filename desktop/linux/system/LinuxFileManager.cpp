@@ -12,6 +12,7 @@
 #include "desktop/linux/system/FileTransfer.h"
 #include "desktop/linux/system/FinishedFile.h"
 #include "desktop/linux/system/OpenDirectory.h"
+#include "desktop/linux/system/XdgTrash.h"
 
 namespace quenlio {
 namespace {
@@ -184,8 +185,14 @@ PlatformResult<Done> LinuxFileManager::createDirectoryAtURL(const FileURL& url) 
 
 PlatformResult<Done> LinuxFileManager::moveItemAtURL(const FileURL& from, const FileURL& to) {
   own_.note(from);
-  const int error = renameWithoutReplacing(from.path(), to.path());
-  return answer(from, "could not be moved", error == EXDEV ? moveAcrossFileSystems(from, to, own_) : error);
+  int error = renameWithoutReplacing(from.path(), to.path());
+  if (error == EXDEV) {
+    error = moveAcrossFileSystems(from, to, own_);
+  }
+  if (error == 0) {
+    forgetInTrash(from);
+  }
+  return answer(from, "could not be moved", error);
 }
 
 PlatformResult<Done> LinuxFileManager::copyItemAtURL(const FileURL& from, const FileURL& to) {
@@ -198,6 +205,20 @@ PlatformResult<Done> LinuxFileManager::removeItemAtURL(const FileURL& url) {
     return fileError(url, "could not be removed", ENOENT);
   }
   return answer(url, "could not be removed", error.value());
+}
+
+PlatformResult<std::optional<FileURL>> LinuxFileManager::trashItemAtURL(const FileURL& url) {
+  const std::string_view whatFailed = "could not be moved to the trash";
+  const auto data = directories_.applicationSupportDirectory();
+  if (!data) {
+    return fileError(url, whatFailed, ENOENT);
+  }
+  FileURL place;
+  const int error = moveToTrash(url, {.homeTrash = data->appending("Trash"), .now = clock_.now(), .own = own_}, place);
+  if (error != 0) {
+    return fileError(url, whatFailed, error);
+  }
+  return std::optional(place);
 }
 
 }  // namespace quenlio

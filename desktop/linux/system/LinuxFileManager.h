@@ -20,8 +20,10 @@ namespace quenlio {
 
 class LinuxFileManager final : public FileManager {
  public:
-  // The clock is the one that file times are taken from. Both outlive this object.
-  LinuxFileManager(OwnFiles& own, const Clock& clock) : own_(own), clock_(clock) {}
+  // The clock is the one that file times are taken from; the directories tell where the trash is. All outlive this
+  // object.
+  LinuxFileManager(OwnFiles& own, const Clock& clock, const StandardDirectories& directories)
+      : own_(own), clock_(clock), directories_(directories) {}
 
   // True also where the answer is not for us to know.
   [[nodiscard]] bool fileExistsAtPath(const FileURL& url) const override;
@@ -35,12 +37,13 @@ class LinuxFileManager final : public FileManager {
   bool enumerateAtURL(const FileURL& url,
                       const std::function<void(const FileURL&, bool isDirectory)>& visit) const override;
   PlatformResult<Done> createDirectoryAtURL(const FileURL& url) override;
-  // Folders move within their file system only.
+  // Folders move within their file system only. What is moved out of a trash is no longer noted there.
   PlatformResult<Done> moveItemAtURL(const FileURL& from, const FileURL& to) override;
   // A link becomes a link to the same place, whatever is there.
   PlatformResult<Done> copyItemAtURL(const FileURL& from, const FileURL& to) override;
   // A folder with all that is in it; a link itself.
   PlatformResult<Done> removeItemAtURL(const FileURL& url) override;
+  PlatformResult<std::optional<FileURL>> trashItemAtURL(const FileURL& url) override;
 
  private:
   struct Known {
@@ -64,6 +67,7 @@ class LinuxFileManager final : public FileManager {
 
   OwnFiles& own_;
   const Clock& clock_;
+  const StandardDirectories& directories_;
   mutable std::mutex mutex_;
   mutable std::unordered_map<FileKey, Known, FileKeyHash> finished_;  // guarded by mutex_
 };

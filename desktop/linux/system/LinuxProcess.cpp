@@ -2,10 +2,10 @@
 
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 
 #include "core/base/Json.h"
+
+#include "desktop/linux/system/LinuxFileContents.h"
 
 namespace quenlio {
 
@@ -16,13 +16,18 @@ std::optional<std::string> LinuxProcessInfo::environment(std::string_view name) 
 
 LinuxMainBundle::LinuxMainBundle(const FileURL& program) : bundleURL_(program.parent()) {
   for (FileURL folder = program.parent(); folder != folder.parent(); folder = folder.parent()) {
-    if (folder.pathExtension() == "app") {
+    if (folder.pathExtension() != "app") {
+      continue;
+    }
+    if (const auto info = LinuxFileContents().read(folder.appending("Info.json"))) {
       bundleURL_ = folder;
-      break;
+      readInfo(info.value());
+      return;
     }
   }
-  std::ifstream file(bundleURL_.appending("Info.json").path(), std::ios::binary);
-  const std::string text{std::istreambuf_iterator<char>(file), {}};
+}
+
+void LinuxMainBundle::readInfo(const std::string& text) {
   const auto dictionary = json::read(text);
   if (!dictionary || !dictionary->is_object()) {
     return;

@@ -1,6 +1,7 @@
 // What this process was given.
 #pragma once
 
+#include <map>
 #include <string>
 #include <vector>
 
@@ -19,8 +20,9 @@ class LinuxProcessInfo final : public ProcessInfo {
   std::vector<std::string> arguments_;
 };
 
-// The bundle is a folder NAME.app that holds the program, somewhere below it, and an Info.json with the strings of the
-// Info dictionary. A program that lies in none has no such strings.
+// The bundle is the nearest folder NAME.app that holds the program, somewhere below it, and an Info.json with the
+// strings of the Info dictionary: one without that file is a folder that is called so by chance. A program that lies in
+// none has no such strings, and neither has one whose Info.json is damaged.
 class LinuxMainBundle final : public MainBundle {
  public:
   // The program's own path, links resolved.
@@ -33,6 +35,8 @@ class LinuxMainBundle final : public MainBundle {
   [[nodiscard]] std::optional<std::string> infoString(std::string_view key) const override;
 
  private:
+  void readInfo(const std::string& text);
+
   FileURL bundleURL_;
   std::map<std::string, std::string, std::less<>> info_;
 };

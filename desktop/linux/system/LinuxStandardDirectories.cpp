@@ -36,18 +36,23 @@ std::optional<std::string> unquoted(std::string_view text) {
 }
 
 std::optional<FileURL> directoryOfValue(std::string_view quoted, const FileURL& home) {
-  static constexpr std::string_view kHome = "$HOME";
   const auto value = unquoted(quoted);
   if (value && value->starts_with('/')) {
     return FileURL(*value);
   }
-  if (value && (*value == kHome || value->starts_with("$HOME/"))) {
-    return FileURL(home.path() + value->substr(kHome.size()));
-  }
-  return std::nullopt;
+  const auto path = value ? withHomeFor("$HOME", *value, home) : std::nullopt;
+  return path ? std::optional(FileURL(*path)) : std::nullopt;
 }
 
 }  // namespace
+
+std::optional<std::string> withHomeFor(std::string_view name, std::string_view path, const FileURL& home) {
+  if (!path.starts_with(name)) {
+    return std::nullopt;
+  }
+  const std::string_view rest = path.substr(name.size());
+  return rest.empty() || rest.starts_with('/') ? std::optional(home.path() + std::string(rest)) : std::nullopt;
+}
 
 std::optional<FileURL> userDirectory(std::string_view text, std::string_view key, const FileURL& home) {
   std::optional<FileURL> result;

@@ -1,6 +1,6 @@
 #include "desktop/linux/system/PNGChunks.h"
 
-#include "desktop/linux/system/CompleteFormats.h"
+#include "desktop/linux/system/PictureKind.h"
 
 namespace quenlio {
 namespace {

@@ -24,7 +24,7 @@ class ScreenshotMetadata final : public FileMetadata {
   const OwnFiles& own_;
 };
 
-// The extended attribute that marks a file as a screenshot, whatever its value.
+// The extended attribute that marks a file as a screenshot, whatever its value. Nothing here sets it yet.
 inline constexpr const char* kScreenshotMark = "user.quenlio.screenshot";
 
 // Whether a screenshot tool left its text in the PNG.

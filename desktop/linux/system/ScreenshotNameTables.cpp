@@ -186,4 +186,17 @@ std::span<const std::string_view> screenshotFolderWords() {
   return kWords;
 }
 
+std::span<const ScreenshotFolderName> screenshotFolderNames() {
+  static constexpr ScreenshotFolderName kNames[] = {
+      {"ca", "Captures de pantalla"}, {"cs", "Snímky obrazovky"},     {"da", "Skærmbilleder"},
+      {"de", "Bildschirmfotos"},      {"es", "Capturas de pantalla"}, {"fi", "Kuvakaappaukset"},
+      {"fr", "Captures d’écran"},     {"hu", "Képernyőképek"},        {"it", "Schermate"},
+      {"ja", "スクリーンショット"},   {"nb", "Skjermbilder"},         {"nl", "Schermafdrukken"},
+      {"pl", "Zrzuty ekranu"},        {"pt", "Capturas de ecrã"},     {"pt_BR", "Capturas de tela"},
+      {"ro", "Capturi de ecran"},     {"ru", "Снимки экрана"},        {"sv", "Skärmbilder"},
+      {"uk", "Знімки екрана"},
+  };
+  return kNames;
+}
+
 }  // namespace quenlio

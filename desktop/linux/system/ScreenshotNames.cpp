@@ -21,8 +21,7 @@ bool isMark(char c) {
 }
 
 bool isSame(char a, char b) {
-  const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; };
-  return lower(a) == lower(b);
+  return lowercased(a) == lowercased(b);
 }
 
 // What is left of the text behind the pattern that it begins with; nothing when it does not.

@@ -14,6 +14,13 @@ namespace quenlio {
 // What desktops call the folder that they keep for screenshots, in their users' languages.
 [[nodiscard]] std::span<const std::string_view> screenshotFolderWords();
 
+// How the desktops that make that folder by themselves call it, by the locale of the user's messages.
+struct ScreenshotFolderName {
+  std::string_view locale;  // a language, or a language with a country: "pt", "pt_BR"
+  std::string_view name;
+};
+[[nodiscard]] std::span<const ScreenshotFolderName> screenshotFolderNames();
+
 // Names that single tools give, without extension: '#' is one digit, '+' one digit or more, '~' a mark between two
 // numbers (one of "-_.:+"), all else itself.
 [[nodiscard]] std::span<const std::string_view> screenshotNamePatterns();

@@ -37,7 +37,7 @@ void ThreadQueue::sync(const Task& task) {
     }
   }
   std::promise<void> done;
-  async([&] {
+  async([&task, &done] {
     task();
     done.set_value();
   });

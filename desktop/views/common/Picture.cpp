@@ -3,6 +3,7 @@
 #include <QtGui/QPainter>
 
 #include "desktop/render/QtImage.h"
+#include "desktop/views/common/Shapes.h"
 
 namespace quenlio {
 
@@ -32,24 +33,28 @@ QRect croppedTo(const QRect& source, const QSize& size) {
   return cropped;
 }
 
-QImage roundedPicture(const QImage& image, const QRect& source, const QSize& size, double radius) {
+QImage scaledPart(const QImage& image, const QRect& source, const QSize& size) {
   const QImage part = source == image.rect() ? image : image.copy(source);
   const QImage scaled = part.size() == size ? part : part.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
   QImage result = scaled.convertToFormat(QImage::Format_ARGB32_Premultiplied);
   // A copy keeps the density of its image, by which painting into it would be scaled.
   result.setDevicePixelRatio(1);
-  QImage corners(size, QImage::Format_ARGB32_Premultiplied);
-  corners.fill(Qt::transparent);
-  QPainter mask(&corners);
-  mask.setRenderHint(QPainter::Antialiasing);
-  mask.setPen(Qt::NoPen);
-  mask.setBrush(Qt::black);
-  mask.drawRoundedRect(QRectF(corners.rect()), radius, radius);
-  mask.end();
-  QPainter painter(&result);
-  painter.setCompositionMode(QPainter::CompositionMode_DestinationIn);
-  painter.drawImage(0, 0, corners);
-  painter.end();
+  return result;
+}
+
+void roundCorners(QImage& picture, double radius) {
+  QPainterPath corners = continuousRectanglePath(picture.rect(), radius);
+  corners.addRect(QRectF(picture.rect()));
+  corners.setFillRule(Qt::OddEvenFill);
+  QPainter painter(&picture);
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setCompositionMode(QPainter::CompositionMode_DestinationOut);
+  painter.fillPath(corners, Qt::black);
+}
+
+QImage roundedPicture(const QImage& image, const QRect& source, const QSize& size, double radius) {
+  QImage result = scaledPart(image, source, size);
+  roundCorners(result, radius);
   return result;
 }
 

@@ -19,8 +19,14 @@ namespace quenlio {
 // The largest size of this shape within these bounds, at least one pixel each way.
 [[nodiscard]] QSize fitted(const QSize& shape, const QSize& bounds);
 
-// The part of the source as a picture of exactly this size, its corners rounded. All lengths are in pixels, and one
-// pixel of the result is one point of it, whatever the image says of its density.
+// The part of the source as a picture of exactly this size. All lengths are in pixels, and one pixel of the result is
+// one point of it, whatever the image says of its density.
+[[nodiscard]] QImage scaledPart(const QImage& image, const QRect& source, const QSize& size);
+
+// Takes the corners of such a picture away.
+void roundCorners(QImage& picture, double radius);
+
+// Both in one.
 [[nodiscard]] QImage roundedPicture(const QImage& image, const QRect& source, const QSize& size, double radius);
 
 // The middle of the source that has the shape of this size.

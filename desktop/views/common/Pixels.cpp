@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "desktop/views/common/Shapes.h"
+
 namespace quenlio {
 
 QRectF snappedToPixels(const QPainter& painter, const QRectF& rect) {
@@ -25,15 +27,14 @@ void strokeInside(QPainter& painter, const QRectF& rect, double radius, const QB
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setPen(QPen(brush, width));
   painter.setBrush(Qt::NoBrush);
-  const double lineRadius = std::max(0.0, radius - width / 2);
-  painter.drawRoundedRect(line, lineRadius, lineRadius);
+  painter.drawPath(continuousRectanglePath(line, std::max(0.0, radius - width / 2)));
 }
 
 void fillRounded(QPainter& painter, const QRectF& rect, double radius, const QBrush& brush) {
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setPen(Qt::NoPen);
   painter.setBrush(brush);
-  painter.drawRoundedRect(rect, radius, radius);
+  painter.drawPath(continuousRectanglePath(rect, radius));
 }
 
 }  // namespace quenlio

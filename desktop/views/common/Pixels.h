@@ -16,10 +16,11 @@ namespace quenlio {
 // How long one point is in device pixels under this painter.
 [[nodiscard]] double pixelsAPoint(const QPainter& painter);
 
-// A line of one point, rounded down to whole device pixels and at least one of them, just inside the rectangle.
+// A line along continuous corners, of one point, rounded down to whole device pixels and at least one of them, just
+// inside the rectangle.
 void strokeInside(QPainter& painter, const QRectF& rect, double radius, const QBrush& brush);
 
-// Filled, with smooth edges.
+// Filled, with smooth edges and continuous corners.
 void fillRounded(QPainter& painter, const QRectF& rect, double radius, const QBrush& brush);
 
 }  // namespace quenlio

@@ -1,40 +1,73 @@
 #include "desktop/views/island/CloseButton.h"
 
 #include <QtGui/QPainter>
+#include <cmath>
+#include <numbers>
 
-#include "desktop/views/common/Pixels.h"
+#include "desktop/views/common/QtColor.h"
 
 namespace quenlio {
+namespace {
 
-CloseButton::CloseButton(QWidget* parent) : PaintedButton(parent) {
-  setAccessibleName(QStringLiteral("Close"));
+constexpr double kRingWidth = 1.75;  // that of the icons' lines at their own size
+constexpr double kRingOpacity = 0.8;
+constexpr double kTrackOpacity = 0.16;
+constexpr double kLeastStep = 0.2;  // pixels that the ring's end has to move before it is worth drawing
+constexpr TimedCurve kAppear{kEaseOut, Seconds(0.16)};
+constexpr TimedCurve kDisappear{kEaseOut, Seconds(0.24)};
+constexpr double kWholeTurn = 360 * 16;  // as the painter counts angles
+constexpr int kTop = 90 * 16;
+
+}  // namespace
+
+CloseButton::CloseButton(QWidget* row, Scheduler& scheduler, const Clock& clock)
+    : ToolbarControl(row, "xmark", scheduler, clock),
+      ringOpacity_(scheduler, clock, 0, weak_.bind([](CloseButton& self) { self.update(); })) {}
+
+CloseButton::~CloseButton() {
+  weak_.letGo();
 }
 
-void CloseButton::apply(const IslandPalette& palette, double iconSize) {
-  palette_ = palette;
-  iconSize_ = iconSize;
-  update();
+void CloseButton::showDismissProgress(std::optional<double> progress) {
+  isCounting_ = progress.has_value();
+  const double opacity = isCounting_ ? 1 : 0;
+  if (isVisible()) {
+    ringOpacity_.animateTo(opacity, isCounting_ ? kAppear : kDisappear);
+  } else {
+    ringOpacity_.jumpTo(opacity);
+  }
+  const double circumference = 2 * std::numbers::pi * ringRadius() * devicePixelRatioF();
+  if (progress && (std::abs(*progress - progress_) * circumference >= kLeastStep || *progress == 0)) {
+    progress_ = *progress;
+    update();
+  }
 }
 
-void CloseButton::paintEvent(QPaintEvent* /*event*/) {
-  QPainter painter(this);
-  painter.setRenderHint(QPainter::Antialiasing);
-  const QRectF body = QRectF(rect()).adjusted(1, 1, -1, -1);
-  if (isHovered() || isDown()) {
-    fillRounded(painter, body, body.height() / 2, palette_.controlFill);
+void CloseButton::hideEvent(QHideEvent* event) {
+  ToolbarControl::hideEvent(event);
+  ringOpacity_.jumpTo(isCounting_ ? 1 : 0);
+}
+
+// From the top clockwise; its end comes back towards the top.
+void CloseButton::paintBackground(QPainter& painter) {
+  if (ringOpacity_.value() == 0) {
+    return;
   }
-  if (showsFocus()) {
-    strokeInside(painter, body, body.height() / 2, palette_.accent);
-  }
-  QColor glyph = palette_.glyph;
-  if (isDown()) {
-    glyph.setAlphaF(glyph.alphaF() * 0.7F);
-  }
-  const double arm = iconSize_ * 0.26;
+  const double radius = ringRadius();
   const QPointF centre = QRectF(rect()).center();
-  painter.setPen(QPen(glyph, iconSize_ / 10, Qt::SolidLine, Qt::RoundCap));
-  painter.drawLine(centre + QPointF(-arm, -arm), centre + QPointF(arm, arm));
-  painter.drawLine(centre + QPointF(-arm, arm), centre + QPointF(arm, -arm));
+  const QRectF circle(centre - QPointF(radius, radius), centre + QPointF(radius, radius));
+  const auto pen = [this](double opacity) {
+    return QPen(toQColor(tokens().iconPrimary.opacity(opacity * ringOpacity_.value())), kRingWidth, Qt::SolidLine,
+                Qt::RoundCap);
+  };
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setBrush(Qt::NoBrush);
+  painter.setPen(pen(kTrackOpacity));
+  painter.drawEllipse(circle);
+  if (progress_ > 0) {
+    painter.setPen(pen(kRingOpacity));
+    painter.drawArc(circle, kTop, -static_cast<int>(std::lround(progress_ * kWholeTurn)));
+  }
 }
 
 }  // namespace quenlio

@@ -1,23 +1,33 @@
-// The button that closes the island. Owned by the handle row. Main thread.
+// The toolbar's last control, which closes the island. While the island counts down to hiding by itself, a ring around
+// the glyph tells how much of the time is left. Owned by the toolbar row. Main thread.
 #pragma once
 
-#include "desktop/views/common/PaintedButton.h"
-#include "desktop/views/island/IslandPalette.h"
+#include <optional>
+
+#include "desktop/views/island/ToolbarControl.h"
 
 namespace quenlio {
 
-class CloseButton final : public PaintedButton {
+class CloseButton final : public ToolbarControl {
  public:
-  explicit CloseButton(QWidget* parent);
-  // The icon's size is in points.
-  void apply(const IslandPalette& palette, double iconSize);
+  CloseButton(QWidget* row, Scheduler& scheduler, const Clock& clock);
+  ~CloseButton() override;
+
+  // The share of the time that is left, 1 falling to 0, or nothing while nothing is counted: the ring then fades as it
+  // stood last.
+  void showDismissProgress(std::optional<double> progress);
 
  protected:
-  void paintEvent(QPaintEvent* event) override;
+  void paintBackground(QPainter& painter) override;
+  void hideEvent(QHideEvent* event) override;
 
  private:
-  IslandPalette palette_;
-  double iconSize_ = 16;
+  [[nodiscard]] double ringRadius() const { return iconSize() * 0.62; }
+
+  WeakOwner<CloseButton> weak_{this};
+  bool isCounting_ = false;
+  double progress_ = 1;
+  Motion ringOpacity_;
 };
 
 }  // namespace quenlio

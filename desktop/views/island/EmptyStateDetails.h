@@ -4,15 +4,21 @@
 #include <QtWidgets/QLabel>
 
 #include "core/island/IslandLayoutMetrics.h"
-
-#include "desktop/views/island/IslandPalette.h"
+#include "core/island/IslandThemeTokens.h"
 
 namespace quenlio {
 
 class EmptyStateDetails final : public QLabel {
  public:
   explicit EmptyStateDetails(QWidget* parent);
-  void apply(const IslandPalette& palette, const IslandLayoutMetrics& metrics);
+  void apply(const IslandThemeTokens& tokens, const IslandLayoutMetrics& metrics);
+
+ protected:
+  void resizeEvent(QResizeEvent* event) override;
+
+ private:
+  // Makes all lines about equally long, in as few as there must be.
+  void balance();
 };
 
 }  // namespace quenlio

@@ -4,20 +4,23 @@
 
 #include <QtWidgets/QLabel>
 #include <functional>
+#include <optional>
 #include <string>
 
 #include "core/base/WeakOwner.h"
 #include "core/island/IslandLayoutMetrics.h"
 
-#include "desktop/views/island/IslandPalette.h"
+#include "desktop/views/common/Tooltip.h"
+#include "desktop/views/island/IslandTheme.h"
 
 namespace quenlio {
 
 class FolderAccessRecoveryView final : public QWidget {
  public:
-  FolderAccessRecoveryView(QWidget* parent, std::function<void()> action);
+  // The host outlives the view.
+  FolderAccessRecoveryView(QWidget* parent, TooltipHost& tooltips, std::function<void()> action);
 
-  void apply(const IslandPalette& palette, const IslandLayoutMetrics& metrics);
+  void apply(const IslandTheme& theme, const IslandLayoutMetrics& metrics);
   void setFolderPath(const std::string& path);
 
  protected:
@@ -26,14 +29,19 @@ class FolderAccessRecoveryView final : public QWidget {
 
  private:
   class Button;
+  // The lengths of one size of the island, points.
+  struct Design;
+  [[nodiscard]] Design design() const;
   void layOut();
 
   std::function<void()> action_;
-  IslandPalette palette_;
-  double cornerRadius_ = 17;
+  IslandTheme theme_{};
+  IslandLayoutMetrics metrics_;
   QLabel title_;
   QLabel text_;
   Button* button_;  // a child
+  std::optional<AppTooltip> help_;
+  QPointF symbolCentre_;
   WeakOwner<FolderAccessRecoveryView> weak_{this};
 };
 

@@ -5,96 +5,161 @@
 #include <iterator>
 #include <utility>
 
+#include "core/island/IslandLayout.h"
 #include "core/island/IslandOverlayPresentationState.h"
 #include "core/library/ScreenshotStore.h"
 #include "core/settings/AppSettings.h"
 
-#include "desktop/linux/session/CubicBezier.h"
-#include "desktop/views/common/Pixels.h"
+#include "desktop/views/common/QtColor.h"
 
 namespace quenlio {
 namespace {
 
 constexpr IslandSize kSizes[] = {IslandSize::extraSmall, IslandSize::small, IslandSize::medium, IslandSize::large,
                                  IslandSize::xLarge};
-constexpr Seconds kFadeStep{0.016};
-constexpr TimingCurve kEaseOut{{0, 0, 0.58, 1}};
+constexpr TimedCurve kExportDragging{kEaseInOut, Seconds(0.12)};
+constexpr TimedCurve kPreviewHolding{{{0.22, 1, 0.36, 1}}, Seconds(0.12)};
+constexpr TimedCurve kOtherChanges{kEaseOut, Seconds(0.16)};
 
 }  // namespace
 
 IslandOverlayRootView::IslandOverlayRootView(const IslandOverlayRootViewModel& model, Shell shell)
     : model_(model),
       shell_(std::move(shell)),
-      handle_(this, {.onWindowDrag = model.onWindowDrag, .onClose = model.onClose}),
-      preview_(this, shell_.sharpRendition),
-      recovery_(this, model.onRequestFolderAccess),
-      meta_(this),
+      themeShare_(model.scheduler, model.clock, 1, weak_.bind([](IslandOverlayRootView& self) { self.applyLook(); })),
+      containerOpacity_(model.scheduler, model.clock, 1, weak_.bind([](IslandOverlayRootView& self) {
+        self.glass_.setContainerOpacity(self.containerOpacity_.value());
+      })),
+      root_({.store = model.store,
+             .dragDrop = model.dragDrop,
+             .scheduler = model.scheduler,
+             .onOpenEditor = model.onOpenEditor,
+             .onItemDragStateChanged = model.onItemDragStateChanged}),
+      tooltips_(this, model.scheduler, model.clock),
+      toolbar_(this, tooltips_, model.clock,
+               {.onCopy = [&root = root_] { root.copy(); },
+                .onEdit = [&root = root_] { root.edit(); },
+                .onShare = [&root = root_] { root.share(); },
+                .onViewInFolder = [&root = root_] { root.viewInFolder(); },
+                .onTrash = [&root = root_] { root.trash(); },
+                .onClose = model.onClose,
+                .onWindowDrag = model.onWindowDrag}),
+      preview_(this, model.scheduler, model.clock, shell_.sharpRendition,
+               {.onOpenQuickLook = model.onOpenQuickLook,
+                .onOpenEditor = model.onOpenEditor,
+                .onStartItemDrag = [&root = root_](const ScreenshotItem& item) { (void)root.beginItemDrag(item); },
+                .onHoldStateChanged = [&root = root_](bool holding) { root.isPreviewHolding.set(holding); }}),
+      recovery_(this, tooltips_, model.onRequestFolderAccess),
+      meta_(this, tooltips_, model.clock,
+            [&store = model.store](const ScreenshotItem& item, std::string_view newName) {
+              return store.rename(item, newName);
+            }),
       emptyState_(this),
-      strip_(this, [&store = model.store](const Uuid& id) { store.select(id); }) {
+      strip_(
+          this, model.scheduler, model.clock,
+          {.onSelect = [&root = root_](const ScreenshotItem& item, ModifierFlags flags) { root.select(item, flags); },
+           .onStartItemDrag = [&root = root_](const ScreenshotItem& item) { return root.beginItemDrag(item); }}),
+      glass_(this) {
   setFocusPolicy(Qt::StrongFocus);
   setAccessibleName(QStringLiteral("Island"));
   observe();
-  applyLook();
   refresh();
 }
 
+IslandOverlayRootView::~IslandOverlayRootView() {
+  weak_.letGo();
+}
+
 void IslandOverlayRootView::observe() {
-  refresh_.emplace(shell_.scheduler, weak_.bind([](IslandOverlayRootView& self) { self.refresh(); }));
+  refresh_.emplace(model_.scheduler, weak_.bind([](IslandOverlayRootView& self) { self.refresh(); }));
   refresh_->watch(model_.store.items);
   refresh_->watch(model_.store.selectedItemID);
   refresh_->watch(model_.store.selectedItemIDs);
   refresh_->watch(model_.settings.islandSize);
   refresh_->watch(model_.presentationState.appearanceStyle);
   refresh_->watch(model_.presentationState.increaseContrast);
+  refresh_->watch(model_.presentationState.renameRequestToken);
   refresh_->watch(model_.presentationState.screenshotFolderReadable);
   refresh_->watch(model_.presentationState.screenshotFolderPath);
+  refresh_->watch(shell_.compositor.isThere());
+  refresh_->watch(shell_.compositor.blursBehind());
+  refresh_->watch(root_.isExportDragging);
+  refresh_->watch(model_.presentationState.renameRequestToken);
+  refresh_->watch(root_.isPreviewHolding);
+  countdown_.emplace(model_.scheduler, weak_.bind([](IslandOverlayRootView& self) { self.refreshCountdown(); }));
+  countdown_->watch(model_.presentationState.dismissProgress);
+  countdown_->watch(model_.presentationState.showDismissProgress);
+}
+
+void IslandOverlayRootView::refreshCountdown() {
+  const IslandOverlayPresentationState& state = model_.presentationState;
+  toolbar_.showDismissProgress(state.showDismissProgress.get() ? std::optional(state.dismissProgress.get())
+                                                               : std::nullopt);
 }
 
 void IslandOverlayRootView::refresh() {
   const IslandOverlayPresentationState& state = model_.presentationState;
-  turnTo(IslandPalette::forAppearance(state.appearanceStyle.get(), state.increaseContrast.get()));
+  turnTo(IslandTheme::forAppearance(state.appearanceStyle.get(), state.increaseContrast.get(), backing()));
   useMetrics(IslandLayoutMetrics::forSize(model_.settings.islandSize.get()));
 
   const ScreenshotStore& store = model_.store;
   const ScreenshotItem* selected = store.selectedItem();
   const bool isEmpty = store.items.get().empty();
   const bool isReadable = state.screenshotFolderReadable.get();
+  toolbar_.setHasSelectedItem(selected != nullptr);
   recovery_.setFolderPath(state.screenshotFolderPath.get());
   recovery_.setVisible(!isReadable);
   preview_.setVisible(isReadable);
   preview_.show(selected);
+  preview_.setIsDraggingOut(root_.isExportDragging.get());
+  meta_.show({.selectedItem = selected,
+              .selectedItems = store.selectedItems(),
+              .renameRequestToken = state.renameRequestToken.get()});
   meta_.setVisible(!isEmpty);
-  meta_.show(store.selectedItems().size(),
-             selected != nullptr ? std::optional(selected->fileURL.lastPathComponent()) : std::nullopt);
   emptyState_.setVisible(isEmpty);
-  strip_.show(
-      {.items = store.items.get(), .primary = store.selectedItemID.get(), .selected = store.selectedItemIDs.get()});
+  refreshContainerOpacity();
+  strip_.show({.items = store.items.get(),
+               .selectedItemID = store.selectedItemID.get(),
+               .selectedItemIDs = store.selectedItemIDs.get(),
+               .isDraggingOut = root_.isExportDragging.get()});
 }
 
-void IslandOverlayRootView::turnTo(const IslandPalette& palette) {
-  if (palette == target_) {
-    return;
+GlassBacking IslandOverlayRootView::backing() const {
+  if (!shell_.compositor.isThere().get()) {
+    return GlassBacking::opaque;
   }
-  target_ = palette;
-  origin_ = palette_;
-  faded_ = Seconds::zero();
-  fade();
-  if (palette_ != target_) {
-    fade_ = shell_.scheduler.every(kFadeStep, Seconds::zero(),
-                                   weak_.bind([](IslandOverlayRootView& self) { self.fade(); }));
+  return shell_.compositor.blursBehind().get() ? GlassBacking::blurred : GlassBacking::composited;
+}
+
+// A view that nobody sees is there at once.
+void IslandOverlayRootView::turnTo(const IslandTheme& theme) {
+  if (theme != target_ || !surface_) {
+    target_ = theme;
+    origin_ = theme_;
+    const Seconds duration = model_.presentationState.appearanceTransition;
+    if (isVisible() && duration > Seconds::zero()) {
+      themeShare_.jumpTo(0);
+      themeShare_.animateTo(1, TimedCurve{kEaseOut, duration});
+    } else {
+      themeShare_.jumpTo(1);
+      applyLook();
+    }
   }
 }
 
-// The first step, at the very start, changes nothing yet, unless there is no time to take or nobody to see it.
-void IslandOverlayRootView::fade() {
-  const Seconds whole = model_.presentationState.appearanceTransition;
-  const bool isOver = faded_ >= whole || !isVisible();
-  palette_ = IslandPalette::between(origin_, target_, isOver ? 1 : progress(kEaseOut, faded_ / whole));
-  faded_ += kFadeStep;
-  if (isOver) {
-    fade_.cancel();
+void IslandOverlayRootView::refreshContainerOpacity() {
+  const bool isExportDragging = root_.isExportDragging.get();
+  const bool isPreviewHolding = root_.isPreviewHolding.get();
+  const double opacity = root_.containerOpacity();
+  if (!isVisible()) {
+    containerOpacity_.jumpTo(opacity);
+  } else if (isExportDragging != wasExportDragging_) {
+    containerOpacity_.animateTo(opacity, kExportDragging);
+  } else {
+    containerOpacity_.animateTo(opacity, isPreviewHolding != wasPreviewHolding_ ? kPreviewHolding : kOtherChanges);
   }
-  applyLook();
+  wasExportDragging_ = isExportDragging;
+  wasPreviewHolding_ = isPreviewHolding;
 }
 
 void IslandOverlayRootView::useMetrics(const IslandLayoutMetrics& metrics) {
@@ -105,38 +170,51 @@ void IslandOverlayRootView::useMetrics(const IslandLayoutMetrics& metrics) {
 }
 
 void IslandOverlayRootView::applyLook() {
-  handle_.apply(palette_, metrics_);
-  preview_.apply(palette_, metrics_);
-  recovery_.apply(palette_, metrics_);
-  meta_.apply(palette_, metrics_);
-  emptyState_.apply(palette_, metrics_);
-  strip_.apply(palette_, metrics_);
+  theme_ = IslandTheme::between(origin_, target_, themeShare_.value());
+  toolbar_.apply(theme_.tokens, metrics_);
+  preview_.apply(theme_, metrics_);
+  recovery_.apply(theme_, metrics_);
+  meta_.apply(theme_.tokens, metrics_);
+  emptyState_.apply(theme_.tokens, metrics_);
+  strip_.apply(theme_.tokens, metrics_);
+  glass_.apply(theme_, metrics_.cornerRadius);
   layOut();
-  if (shell_.onSurfaceChanged) {
-    shell_.onSurfaceChanged({.cornerRadius = metrics_.cornerRadius, .tone = palette_.tone});
-  }
+  tellSurface();
   update();
 }
 
-// Aligned to the top: what the heights leave free of the square lies below the strip.
+// The shadow is that of where the theme is going: it would have to be rendered at every step for hardly a difference.
+void IslandOverlayRootView::tellSurface() {
+  const IslandThemeTokens& tokens = target_.tokens;
+  Color tone = theme_.material.hudWindow;
+  tone.alpha = 1;
+  const PanelSurface surface{.cornerRadius = metrics_.cornerRadius,
+                             .tone = toQColor(tone),
+                             .shadow = {{.opacity = tokens.containerAmbientShadowOpacity,
+                                         .radius = tokens.containerAmbientShadowRadius,
+                                         .y = tokens.containerAmbientShadowY},
+                                        {.opacity = tokens.containerMainShadowOpacity,
+                                         .radius = tokens.containerMainShadowRadius,
+                                         .y = tokens.containerMainShadowY}}};
+  if (shell_.onSurfaceChanged && surface != surface_) {
+    shell_.onSurfaceChanged(surface);
+  }
+  surface_ = surface;
+}
+
 void IslandOverlayRootView::layOut() {
-  const IslandLayoutMetrics& m = metrics_;
-  const double left = m.horizontalPadding + m.previewHorizontalInset;
-  const double wide = width() - 2 * left;
-  const auto place = [left, wide](QWidget& view, double top, double height) {
-    view.setGeometry(static_cast<int>(left), static_cast<int>(top), static_cast<int>(wide), static_cast<int>(height));
+  const IslandLayout layout = islandLayout(metrics_, width());
+  const auto place = [](QWidget& view, const Rect<IslandContent>& rect) {
+    view.setGeometry(static_cast<int>(rect.minX()), static_cast<int>(rect.minY()), static_cast<int>(rect.size.width),
+                     static_cast<int>(rect.size.height));
   };
-  double top = m.topPadding;
-  place(handle_, top, m.toolbarHeight);
-  top += m.toolbarHeight + m.toolbarToPreviewSpacing;
-  place(preview_, top, m.previewHeight);
-  place(recovery_, top, m.previewHeight);
-  top += m.previewHeight + m.previewToMetaSpacing;
-  place(meta_, top, m.metadataHeight);
-  // With an empty library there is no strip either, and the words may use its room.
-  place(emptyState_, top, m.metadataHeight + m.metaToTraySpacing + m.trayHeight);
-  top += m.metadataHeight + m.metaToTraySpacing;
-  place(strip_, top, m.trayHeight);
+  place(toolbar_, layout.toolbar);
+  place(preview_, layout.preview);
+  place(recovery_, layout.preview);
+  place(meta_, layout.nameRow);
+  place(emptyState_, layout.emptyState);
+  place(strip_, layout.tray);
+  glass_.setGeometry(rect());
 }
 
 // The panel's new square comes while the setting is still being announced. The square tells which size it is of, so
@@ -163,15 +241,7 @@ void IslandOverlayRootView::leaveEvent(QEvent* /*event*/) {
 
 void IslandOverlayRootView::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
-  const QRectF body = snappedToPixels(painter, rect());
-  QLinearGradient fill(body.topLeft(), body.bottomLeft());
-  fill.setColorAt(0, palette_.bodyTop);
-  fill.setColorAt(1, palette_.bodyBottom);
-  fillRounded(painter, body, metrics_.cornerRadius, fill);
-  QLinearGradient edge(body.topLeft(), body.bottomLeft());
-  edge.setColorAt(0, palette_.edgeTop);
-  edge.setColorAt(1, palette_.edgeBottom);
-  strokeInside(painter, body, metrics_.cornerRadius, edge);
+  glass_.paintBody(painter);
 }
 
 }  // namespace quenlio

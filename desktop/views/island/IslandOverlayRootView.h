@@ -1,6 +1,6 @@
-// The content of the island's panel: handle, preview, name and strip, one below the other. It observes the library, the
-// settings and the presentation state, and tells what the user does to the callbacks of its model. Owned by its panel.
-// Main thread.
+// The content of the island's panel: toolbar, preview, name and strip, one below the other. It observes the library,
+// the settings and the presentation state, and tells what the user does to the callbacks of its model. Owned by its
+// panel. Main thread.
 #pragma once
 
 #include <QtWidgets/QWidget>
@@ -9,30 +9,38 @@
 
 #include "core/base/WeakOwner.h"
 #include "core/island/IslandLayoutMetrics.h"
+#include "core/island/IslandOverlayRoot.h"
 #include "core/island/IslandOverlayRootViewModel.h"
 #include "core/platform/Scheduler.h"
 
+#include "desktop/linux/session/CompositorWatch.h"
 #include "desktop/linux/session/PanelWindow.h"
+#include "desktop/views/common/Motion.h"
+#include "desktop/views/common/Tooltip.h"
 #include "desktop/views/common/ViewRefresh.h"
 #include "desktop/views/island/EmptyStateDetails.h"
 #include "desktop/views/island/FolderAccessRecoveryView.h"
-#include "desktop/views/island/HandleRow.h"
-#include "desktop/views/island/IslandPalette.h"
+#include "desktop/views/island/GlassSurface.h"
+#include "desktop/views/island/IslandTheme.h"
 #include "desktop/views/island/MainPreview.h"
 #include "desktop/views/island/MetaRow.h"
 #include "desktop/views/island/ThumbnailStrip.h"
+#include "desktop/views/island/ToolbarRow.h"
 
 namespace quenlio {
 
 class IslandOverlayRootView final : public QWidget {
  public:
   struct Shell {
-    Scheduler& scheduler;  // outlives the view
+    CompositorWatch& compositor;  // outlives the view
     SharpRendition sharpRendition;
-    // The body's shape and tone, at once and after every change.
+    // The body's shape, tone and shadow, at once and after every change.
     std::function<void(const PanelSurface&)> onSurfaceChanged;
   };
   IslandOverlayRootView(const IslandOverlayRootViewModel& model, Shell shell);
+  ~IslandOverlayRootView() override;
+
+  [[nodiscard]] IslandOverlayRoot& root() { return root_; }
 
  protected:
   void paintEvent(QPaintEvent* event) override;
@@ -43,28 +51,39 @@ class IslandOverlayRootView final : public QWidget {
  private:
   void observe();
   void refresh();
-  void turnTo(const IslandPalette& palette);
-  void fade();
+  void refreshCountdown();
+  [[nodiscard]] GlassBacking backing() const;
+  void turnTo(const IslandTheme& theme);
+  void refreshContainerOpacity();
   void useMetrics(const IslandLayoutMetrics& metrics);
   void applyLook();
+  void tellSurface();
   void layOut();
 
+  WeakOwner<IslandOverlayRootView> weak_{this};  // first: its members are given callbacks while it is being made
   IslandOverlayRootViewModel model_;
   Shell shell_;
-  IslandPalette palette_ = IslandPalette::forAppearance(IslandAppearanceStyle::light, false);
-  IslandPalette target_ = palette_;  // what the palette is on its way to
-  IslandPalette origin_ = palette_;  // from where
-  Seconds faded_{0};                 // how long it has been on its way
-  ScheduledTask fade_;               // only while it is
+  IslandTheme theme_ = IslandTheme::forAppearance(IslandAppearanceStyle::light, false, GlassBacking::composited);
+  IslandTheme origin_ = theme_;  // the theme is on its way from here
+  IslandTheme target_ = theme_;  // to there
+  Motion themeShare_;            // and has come so far
+  Motion containerOpacity_;
+  bool wasExportDragging_ = false;
+  bool wasPreviewHolding_ = false;
+  std::optional<PanelSurface> surface_;  // as last told
   IslandLayoutMetrics metrics_ = IslandLayoutMetrics::forSize(IslandSize::extraSmall);
-  HandleRow handle_;
+  IslandOverlayRoot root_;
+  TooltipHost tooltips_;  // before the views that have tooltips
+  ToolbarRow toolbar_;
   MainPreview preview_;
   FolderAccessRecoveryView recovery_;
   MetaRow meta_;
   EmptyStateDetails emptyState_;
   ThumbnailStrip strip_;
+  GlassSurface glass_;                  // above all of them
   std::optional<ViewRefresh> refresh_;  // once the view stands
-  WeakOwner<IslandOverlayRootView> weak_{this};
+  // On its own: while the island counts down, nothing but the ring changes, thirty times a second.
+  std::optional<ViewRefresh> countdown_;
 };
 
 }  // namespace quenlio

@@ -1,27 +1,30 @@
 #include "desktop/views/island/MainPreview.h"
 
-#include <QtGui/QPainter>
-#include <algorithm>
-#include <cmath>
+#include <QtGui/QGuiApplication>
+#include <QtGui/QMouseEvent>
+#include <QtGui/QStyleHints>
 #include <utility>
-
-#include "desktop/views/common/Picture.h"
-#include "desktop/views/common/Pixels.h"
 
 namespace quenlio {
 
-MainPreview::MainPreview(QWidget* parent, SharpRendition sharpRendition)
-    : QLabel(parent), sharpRendition_(std::move(sharpRendition)), scale_(devicePixelRatioF()) {}
+MainPreview::MainPreview(QWidget* parent, Scheduler& scheduler, const Clock& clock, SharpRendition sharpRendition,
+                         Callbacks callbacks)
+    : QLabel(parent),
+      callbacks_(std::move(callbacks)),
+      card_(new PreviewCard(parent, scheduler, clock, std::move(sharpRendition))),
+      click_(scheduler, clock,
+             {.onClick = weak_.bind([](MainPreview& self) { self.callbacks_.onOpenQuickLook(*self.item_); }),
+              .onDoubleClick = weak_.bind([](MainPreview& self) { self.callbacks_.onOpenEditor(*self.item_); })}) {
+  card_->stackUnder(this);
+  setFocusPolicy(Qt::TabFocus);
+}
 
-void MainPreview::apply(const IslandPalette& palette, const IslandLayoutMetrics& metrics) {
-  palette_ = palette;
-  if (cornerRadius_ != metrics.previewCornerRadius || contentInset_ != metrics.previewContentInset) {
-    cornerRadius_ = metrics.previewCornerRadius;
-    contentInset_ = metrics.previewContentInset;
-    picture_ = {};
-    askForSharpIfNeeded();
-  }
-  update();
+MainPreview::~MainPreview() {
+  weak_.letGo();
+}
+
+void MainPreview::apply(const IslandTheme& theme, const IslandLayoutMetrics& metrics) {
+  card_->apply(theme, metrics);
 }
 
 void MainPreview::show(const ScreenshotItem* item) {
@@ -30,137 +33,161 @@ void MainPreview::show(const ScreenshotItem* item) {
   if (spoken != accessibleName()) {
     setAccessibleName(spoken);
   }
-  auto next = item != nullptr ? std::optional(Shown{item->id, item->fileURL, item->thumbnail}) : std::nullopt;
-  if (next == shown_) {
-    return;
+  const bool isAnother = card_->show(item);
+  item_ = item != nullptr ? std::optional(*item) : std::nullopt;
+  if (isAnother) {
+    click_.cancel();
+    letGo();
+    useHoverCursor();
   }
-  shown_ = std::move(next);
-  inThumbnail_ = pictureOnCanvas(shown_ ? shown_->thumbnail : nullptr);
-  forgetSharp();
-  askForSharpIfNeeded();
-  update();
+}
+
+void MainPreview::setIsDraggingOut(bool isDraggingOut) {
+  if (std::exchange(isDraggingOut_, isDraggingOut) && !isDraggingOut) {
+    letGo();
+    setHovering(underMouse());
+  }
+}
+
+// Its card is what is seen.
+void MainPreview::paintEvent(QPaintEvent* /*event*/) {}
+
+void MainPreview::placeCard() {
+  constexpr int bleed = PreviewCard::kBleed;
+  card_->setGeometry(geometry().adjusted(-bleed, -bleed, bleed, bleed));
+}
+
+void MainPreview::moveEvent(QMoveEvent* /*event*/) {
+  placeCard();
 }
 
 void MainPreview::resizeEvent(QResizeEvent* /*event*/) {
-  picture_ = {};
-  askForSharpIfNeeded();
+  placeCard();
 }
 
 void MainPreview::showEvent(QShowEvent* /*event*/) {
-  askForSharpIfNeeded();
+  card_->setVisible(true);
 }
 
 void MainPreview::hideEvent(QHideEvent* /*event*/) {
-  forgetSharp();
-  picture_ = {};
+  click_.cancel();
+  letGo();
+  setHovering(false);
+  if (!isVisibleTo(parentWidget())) {
+    card_->setVisible(false);  // with its parent it goes by itself
+  }
 }
 
-QSize MainPreview::roomInPixels() const {
-  return {static_cast<int>(std::floor((width() - 2 * contentInset_) * scale_)),
-          static_cast<int>(std::floor((height() - 2 * contentInset_) * scale_))};
+void MainPreview::enterEvent(QEnterEvent* /*event*/) {
+  setHovering(true);
 }
 
-// In points. As the well's where the picture has room for that, and less on a small or narrow one: corners hold things
-// that one has captured.
-double MainPreview::pictureRadius(const QSizeF& size) const {
-  return std::clamp(std::min(size.width(), size.height()) * 0.07, 2.0, cornerRadius_ - contentInset_);
+void MainPreview::leaveEvent(QEvent* /*event*/) {
+  setHovering(false);
 }
 
-void MainPreview::forgetSharp() {
-  ++request_;
-  sharp_ = {};
-  picture_ = {};
-  askedFor_ = {};
+void MainPreview::focusInEvent(QFocusEvent* event) {
+  touch_.isFocused = event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason;
+  tellCard();
 }
 
-void MainPreview::askForSharpIfNeeded() {
-  const QSize room = roomInPixels();
-  if (!sharpRendition_ || !isVisible() || !shown_ || shown_->thumbnail == nullptr || inThumbnail_.isEmpty() ||
-      room.isEmpty() || room == askedFor_) {
+void MainPreview::focusOutEvent(QFocusEvent* /*event*/) {
+  touch_.isFocused = false;
+  tellCard();
+}
+
+void MainPreview::mousePressEvent(QMouseEvent* event) {
+  press(*event, false);
+}
+
+void MainPreview::mouseDoubleClickEvent(QMouseEvent* event) {
+  press(*event, true);
+}
+
+void MainPreview::press(const QMouseEvent& event, bool isSecond) {
+  if (event.button() != Qt::LeftButton || !item_) {
     return;
   }
-  const QSize wanted = fitted(inThumbnail_.size(), room);
-  if (wanted.width() <= inThumbnail_.width() && wanted.height() <= inThumbnail_.height()) {
-    return;
-  }
-  askedFor_ = room;
-  const std::uint64_t request = ++request_;
-  sharpRendition_(shown_->url, room,
-                  weak_.bind([request](MainPreview& self, const ImageRef& image) { self.takeSharp(request, image); }));
+  pressedAt_ = event.globalPosition();
+  press_.pressed();
+  click_.pressed(isSecond);
+  setHolding(true);
 }
 
-void MainPreview::takeSharp(std::uint64_t request, const ImageRef& image) {
-  if (request != request_ || image == nullptr) {
-    return;
-  }
-  sharp_ = pixelsOf(image);
-  picture_ = {};
-  update();
-}
-
-// A window that goes to a denser screen keeps its size in points: nothing but the painting tells.
-void MainPreview::follow(double scale) {
-  if (scale != scale_) {
-    scale_ = scale;
-    picture_ = {};
-    askForSharpIfNeeded();
+void MainPreview::mouseMoveEvent(QMouseEvent* event) {
+  const QPointF moved = event->globalPosition() - pressedAt_;
+  if (press_.moved({moved.x(), moved.y()}) && item_) {
+    const ScreenshotItem item = *item_;  // the drag may bring another one
+    callbacks_.onStartItemDrag(item);
   }
 }
 
-void MainPreview::preparePicture() {
-  if (!picture_.isNull() || !shown_) {
+void MainPreview::mouseReleaseEvent(QMouseEvent* event) {
+  if (event->button() != Qt::LeftButton || !press_.isPressed()) {
     return;
   }
-  const QImage source = sharp_.isNull() ? pixelsOf(shown_->thumbnail) : sharp_;
-  if (source.isNull()) {
-    return;
+  const bool isClick = press_.released();
+  setHolding(false);
+  if (isClick && item_) {
+    click_.clicked(std::chrono::milliseconds(QGuiApplication::styleHints()->mouseDoubleClickInterval()));
   }
-  const QRect part = sharp_.isNull() ? inThumbnail_ : source.rect();
-  const QSize size = fitted(part.size(), roomInPixels());
-  // A rendition that is a pixel off by rounding stays as it is: scaling it once more would only blur it.
-  const bool fits = std::abs(part.width() - size.width()) <= 1 && std::abs(part.height() - size.height()) <= 1;
-  const QSize pixels = fits ? part.size() : size;
-  picture_ = roundedPicture(source, part, pixels, pictureRadius(QSizeF(pixels) / scale_) * scale_);
 }
 
-void MainPreview::paintEvent(QPaintEvent* /*event*/) {
-  QPainter painter(this);
-  const QRectF well = snappedToPixels(painter, rect());
-  fillRounded(painter, well, cornerRadius_, palette_.wellFill);
-  follow(pixelsAPoint(painter));
-  preparePicture();
-  if (picture_.isNull()) {
-    paintPlaceholder(painter);
+void MainPreview::letGo() {
+  press_.cancelled();
+  setHolding(false);
+}
+
+void MainPreview::setHolding(bool isHolding) {
+  if (touch_.isHolding == isHolding) {
+    return;
+  }
+  touch_.isHolding = isHolding;
+  if (isHolding) {
+    pushGrabCursor();
   } else {
-    QRectF place(QPointF(), QSizeF(picture_.size()) / scale_);
-    place.moveCenter(well.center());
-    // Whole device pixels, or the picture would be drawn between them.
-    const QPointF corner = snappedToPixels(painter, place).topLeft();
-    place.moveTopLeft(corner);
-    painter.drawImage(place, picture_);
-    strokeInside(painter, place, pictureRadius(place.size()), palette_.wellStroke);
+    popGrabCursor(touch_.isHovering);
   }
-  strokeInside(painter, well, cornerRadius_, palette_.wellStroke);
+  tellCard();
+  callbacks_.onHoldStateChanged(isHolding);
 }
 
-// A picture's outline: a frame, a hill and the sun.
-void MainPreview::paintPlaceholder(QPainter& painter) {
-  const double side = std::clamp(height() * 0.30, 34.0, 72.0);
-  QRectF frame(0, 0, side * 1.2, side * 0.92);
-  frame.moveCenter(QRectF(rect()).center());
-  QColor colour = palette_.textSecondary;
-  colour.setAlphaF(colour.alphaF() * 0.65F);
-  const double line = side / 18;
-  painter.setRenderHint(QPainter::Antialiasing);
-  painter.setPen(QPen(colour, line, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-  painter.setBrush(Qt::NoBrush);
-  painter.drawRoundedRect(frame, side * 0.16, side * 0.16);
-  const auto at = [&frame](double x, double y) {
-    return QPointF(frame.left() + frame.width() * x, frame.top() + frame.height() * y);
-  };
-  const QPolygonF hills{at(0.10, 0.80), at(0.36, 0.50), at(0.54, 0.70), at(0.68, 0.56), at(0.90, 0.80)};
-  painter.drawPolyline(hills);
-  painter.drawEllipse(at(0.68, 0.30), side * 0.08, side * 0.08);
+void MainPreview::setHovering(bool isHovering) {
+  touch_.isHovering = isHovering;
+  useHoverCursor();
+  tellCard();
+}
+
+// The hand shows that there is something to be opened.
+void MainPreview::useHoverCursor() {
+  const bool wants = touch_.isHovering && item_;
+  if (hasGrabCursor_ || wants == hasHoverCursor_) {
+    return;
+  }
+  hasHoverCursor_ = wants;
+  wants ? setCursor(Qt::PointingHandCursor) : unsetCursor();
+}
+
+void MainPreview::pushGrabCursor() {
+  if (!hasGrabCursor_) {
+    hasGrabCursor_ = true;
+    setCursor(Qt::ClosedHandCursor);
+  }
+}
+
+void MainPreview::popGrabCursor(bool restoreHoverCursor) {
+  if (!hasGrabCursor_) {
+    return;
+  }
+  hasGrabCursor_ = false;
+  hasHoverCursor_ = restoreHoverCursor && item_.has_value();
+  hasHoverCursor_ ? setCursor(Qt::PointingHandCursor) : unsetCursor();
+}
+
+void MainPreview::tellCard() {
+  PreviewCard::Touch touch = touch_;
+  touch.isHovering = touch.isHovering && item_;
+  card_->setTouch(touch);
 }
 
 }  // namespace quenlio

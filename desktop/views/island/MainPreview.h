@@ -1,73 +1,80 @@
-// The large picture of the selected screenshot. Owned by the root view. Main thread.
+// The large picture of the selected screenshot: a click opens it in the preview window, a double click in the editor,
+// and it can be dragged out. Owned by the root view. Main thread.
 //
-// It shows the thumbnail at once. Where the place for the picture has more device pixels than the thumbnail, a sharper
-// rendition is asked for and kept for as long as the view is on the screen.
-//
-// It only shows: neither presses nor double clicks on it, nor dragging the picture out, do anything yet.
+// It takes the pointer and the keyboard's focus, and is what screen readers find; what is seen is its card, which lies
+// below it and reaches a little beyond.
 #pragma once
 
-#include <QtGui/QImage>
 #include <QtWidgets/QLabel>
-#include <cstdint>
 #include <functional>
 #include <optional>
 
 #include "core/base/WeakOwner.h"
+#include "core/island/DeferredClick.h"
 #include "core/island/IslandLayoutMetrics.h"
+#include "core/island/PressGesture.h"
 #include "core/library/ScreenshotItem.h"
 
-#include "desktop/views/island/IslandPalette.h"
+#include "desktop/views/island/PreviewCard.h"
 
 namespace quenlio {
 
-// Decodes a file into a picture that fits into that many pixels, off the main thread, and hands it back on the main
-// thread; none when the file cannot be read.
-using SharpRendition =
-    std::function<void(const FileURL& url, QSize pixels, std::function<void(const ImageRef&)> completion)>;
-
 class MainPreview final : public QLabel {
  public:
-  MainPreview(QWidget* parent, SharpRendition sharpRendition);
+  struct Callbacks {
+    std::function<void(const ScreenshotItem&)> onOpenQuickLook;
+    std::function<void(const ScreenshotItem&)> onOpenEditor;
+    std::function<void(const ScreenshotItem&)> onStartItemDrag;
+    std::function<void(bool holding)> onHoldStateChanged;
+  };
+  // Scheduler and clock outlive the view.
+  MainPreview(QWidget* parent, Scheduler& scheduler, const Clock& clock, SharpRendition sharpRendition,
+              Callbacks callbacks);
+  ~MainPreview() override;
 
-  void apply(const IslandPalette& palette, const IslandLayoutMetrics& metrics);
+  void apply(const IslandTheme& theme, const IslandLayoutMetrics& metrics);
   // nullptr: the placeholder.
   void show(const ScreenshotItem* item);
+  // What is dragged out hears no release any more.
+  void setIsDraggingOut(bool isDraggingOut);
 
  protected:
   void paintEvent(QPaintEvent* event) override;
+  void moveEvent(QMoveEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
   void showEvent(QShowEvent* event) override;
   void hideEvent(QHideEvent* event) override;
+  void enterEvent(QEnterEvent* event) override;
+  void leaveEvent(QEvent* event) override;
+  void focusInEvent(QFocusEvent* event) override;
+  void focusOutEvent(QFocusEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseDoubleClickEvent(QMouseEvent* event) override;
+  void mouseMoveEvent(QMouseEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
 
  private:
-  [[nodiscard]] QSize roomInPixels() const;
-  [[nodiscard]] double pictureRadius(const QSizeF& size) const;
-  void forgetSharp();
-  void askForSharpIfNeeded();
-  void takeSharp(std::uint64_t request, const ImageRef& image);
-  void follow(double scale);
-  void preparePicture();
-  void paintPlaceholder(QPainter& painter);
+  void placeCard();
+  void press(const QMouseEvent& event, bool isSecond);
+  void letGo();
+  void setHolding(bool isHolding);
+  void setHovering(bool isHovering);
+  void useHoverCursor();
+  void pushGrabCursor();
+  void popGrabCursor(bool restoreHoverCursor);
+  void tellCard();
 
-  SharpRendition sharpRendition_;
-  IslandPalette palette_;
-  double cornerRadius_ = 17;
-  double contentInset_ = 5;
-  double scale_;  // device pixels a point, as last painted
-
-  struct Shown {
-    Uuid id;
-    FileURL url;
-    ImageRef thumbnail;
-    bool operator==(const Shown&) const = default;
-  };
-  std::optional<Shown> shown_;
-  QRect inThumbnail_;  // where the picture is on the thumbnail's canvas
-  QImage sharp_;
-  QSize askedFor_;             // the room that the last request was for; empty: none made
-  std::uint64_t request_ = 0;  // the last one; answers to others come too late
-  QImage picture_;             // what is painted, in device pixels
-  WeakOwner<MainPreview> weak_{this};
+  WeakOwner<MainPreview> weak_{this};  // first: its members are given callbacks while it is being made
+  Callbacks callbacks_;
+  PreviewCard* card_;  // a child of the same parent, below this
+  std::optional<ScreenshotItem> item_;
+  PressGesture press_;
+  DeferredClick click_;
+  QPointF pressedAt_;  // on the screen
+  PreviewCard::Touch touch_;
+  bool isDraggingOut_ = false;
+  bool hasHoverCursor_ = false;
+  bool hasGrabCursor_ = false;
 };
 
 }  // namespace quenlio

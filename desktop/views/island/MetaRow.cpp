@@ -1,45 +1,159 @@
 #include "desktop/views/island/MetaRow.h"
 
 #include <QtGui/QPainter>
+#include <QtWidgets/QLabel>
+#include <algorithm>
+#include <utility>
 
 #include "core/island/MetaRowText.h"
 
+#include "desktop/views/common/LocalWording.h"
+#include "desktop/views/common/QtColor.h"
 #include "desktop/views/common/Type.h"
 
 namespace quenlio {
 namespace {
 
-constexpr int kInset = 4;  // points, on both sides
+constexpr int kInset = 4;  // points, of the text
+constexpr int kGap = 4;    // between the text and the pencil
+
+int typeSize(const IslandLayoutMetrics& metrics) {
+  return metrics.metadataHeight < 28 ? 11 : metrics.metadataHeight < 32 ? 12 : 13;
+}
 
 }  // namespace
 
-MetaRow::MetaRow(QWidget* parent) : QLabel(parent) {
-  setTextFormat(Qt::PlainText);
-}
-
-void MetaRow::apply(const IslandPalette& palette, const IslandLayoutMetrics& metrics) {
-  palette_ = palette;
-  setFont(typeOfSize(metrics.metadataHeight < 28 ? 11 : 12, QFont::Medium));
-  update();
-}
-
-void MetaRow::show(std::size_t selectedCount, const std::optional<std::string>& fileName) {
-  const QString title = QString::fromStdString(MetaRowText::titleText(selectedCount, fileName));
-  if (title != text()) {
-    setText(title);
+// The text as it fits, cut in the middle: a capture's name differs at its end.
+class MetaRow::Name final : public QLabel {
+ public:
+  explicit Name(MetaRow* row) : QLabel(row), row_(*row) { setTextFormat(Qt::PlainText); }
+  void setColour(const QColor& colour) {
+    colour_ = colour;
+    update();
   }
-  const QString whole = QString::fromStdString(MetaRowText::filenameTooltip(selectedCount, fileName));
-  if (whole != accessibleDescription()) {
-    setAccessibleDescription(whole);
+
+ protected:
+  void paintEvent(QPaintEvent* /*event*/) override {
+    QPainter painter(this);
+    painter.setPen(colour_);
+    painter.drawText(rect(), Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine,
+                     fontMetrics().elidedText(text(), Qt::ElideMiddle, width()));
+  }
+  void mouseDoubleClickEvent(QMouseEvent* /*event*/) override { row_.beginRename(); }
+
+ private:
+  MetaRow& row_;
+  QColor colour_;
+};
+
+MetaRow::MetaRow(QWidget* parent, TooltipHost& tooltips, const Clock& clock, RenameSession::OnRename onRename)
+    : QWidget(parent),
+      session_(std::move(onRename)),
+      metrics_(IslandLayoutMetrics::forSize(IslandSize::extraSmall)),
+      name_(new Name(this)),
+      pencil_(this, "pencil", "Rename", tooltips.scheduler(), clock),
+      editor_(this, tooltips, clock,
+              {.onEdit = weak_.bind([](MetaRow& self, std::string draftName) {
+                 self.session_.edit(std::move(draftName));
+                 self.editor_.showRefusal({});
+               }),
+               .onCommit = weak_.bind([](MetaRow& self) { self.commit(); }),
+               .onCancel = weak_.bind([](MetaRow& self) { self.endRename(); })}),
+      nameHelp_(tooltips, *name_, QString()),
+      pencilHelp_(tooltips, pencil_, localWording(QStringLiteral("Rename (↩)"))) {
+  pencil_.setAccessibleDescription(pencilHelp_.text());
+  pencil_.setRevealed(false);
+  QObject::connect(&pencil_, &QAbstractButton::clicked, this,
+                   weak_.bind([](MetaRow& self, bool) { self.beginRename(); }));
+}
+
+MetaRow::~MetaRow() {
+  weak_.letGo();
+}
+
+void MetaRow::apply(const IslandThemeTokens& tokens, const IslandLayoutMetrics& metrics) {
+  metrics_ = metrics;
+  setFont(typeOfSize(typeSize(metrics), QFont::Medium));
+  name_->setFont(font());
+  name_->setColour(toQColor(tokens.textPrimary.opacity(tokens.filenameOpacity)));
+  pencil_.apply(tokens);
+  editor_.apply(tokens, metrics);
+  layOut();
+}
+
+void MetaRow::show(const Contents& contents) {
+  selected_ = contents.selectedItems;
+  const auto fileName = contents.selectedItem != nullptr
+                            ? std::optional(contents.selectedItem->fileURL.lastPathComponent())
+                            : std::nullopt;
+  const QString title = QString::fromStdString(MetaRowText::titleText(selected_.size(), fileName));
+  if (title != name_->text()) {
+    name_->setText(title);
+  }
+  const QString help = QString::fromStdString(MetaRowText::filenameTooltip(selected_.size(), fileName));
+  if (help != nameHelp_.text()) {
+    nameHelp_.setText(help);
+    name_->setAccessibleDescription(help);
+  }
+  if (session_.selectionChanged(selected_)) {
+    endRename();
+  }
+  pencil_.setVisible(selected_.size() == 1 && !session_.isEditing());
+  layOut();
+  const auto lastToken = std::exchange(renameRequestToken_, contents.renameRequestToken);
+  if (lastToken && lastToken != renameRequestToken_) {
+    beginRename();
   }
 }
 
-void MetaRow::paintEvent(QPaintEvent* /*event*/) {
-  QPainter painter(this);
-  painter.setPen(palette_.textPrimary);
-  const QRect line = rect().adjusted(kInset, 0, -kInset, 0);
-  painter.drawText(line, Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine,
-                   fontMetrics().elidedText(text(), Qt::ElideMiddle, line.width()));
+void MetaRow::beginRename() {
+  const bool isEditing = session_.isEditing();
+  if (!session_.begin(selected_)) {
+    return;
+  }
+  if (isEditing) {
+    editor_.takeKeyboard();
+    return;
+  }
+  name_->hide();
+  pencil_.hide();
+  editor_.open(session_.draftName(), session_.extension());
+}
+
+void MetaRow::commit() {
+  if (session_.commit()) {
+    endRename();
+  } else {
+    editor_.showRefusal(session_.refusal());
+    editor_.takeKeyboard();
+  }
+}
+
+void MetaRow::endRename() {
+  session_.cancel();
+  editor_.close();
+  name_->show();
+  pencil_.setVisible(selected_.size() == 1);
+}
+
+void MetaRow::resizeEvent(QResizeEvent* /*event*/) {
+  layOut();
+}
+
+void MetaRow::layOut() {
+  const int side = std::min(height(), static_cast<int>(metrics_.toolbarControlSize) - 2) - 2;
+  pencil_.setGeometry(width() - side, (height() - side) / 2, side, side);
+  const int end = selected_.size() == 1 ? pencil_.x() - kGap : width() - kInset;
+  name_->setGeometry(kInset, 0, end - kInset, height());
+  editor_.setGeometry(rect());
+}
+
+void MetaRow::enterEvent(QEnterEvent* /*event*/) {
+  pencil_.setRevealed(true);
+}
+
+void MetaRow::leaveEvent(QEvent* /*event*/) {
+  pencil_.setRevealed(false);
 }
 
 }  // namespace quenlio

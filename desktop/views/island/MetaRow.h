@@ -1,29 +1,64 @@
-// The row under the preview that names what is selected. Owned by the root view. Main thread.
+// The row under the preview that names what is selected, and where its name can be changed. Owned by the root view.
+// Main thread.
 #pragma once
 
-#include <QtWidgets/QLabel>
-#include <cstddef>
+#include <QtWidgets/QWidget>
+#include <cstdint>
+#include <functional>
 #include <optional>
-#include <string>
+#include <string_view>
+#include <vector>
 
+#include "core/base/WeakOwner.h"
 #include "core/island/IslandLayoutMetrics.h"
+#include "core/island/IslandThemeTokens.h"
+#include "core/island/RenameSession.h"
+#include "core/library/ScreenshotItem.h"
 
-#include "desktop/views/island/IslandPalette.h"
+#include "desktop/views/common/Tooltip.h"
+#include "desktop/views/island/RenameEditor.h"
+#include "desktop/views/island/RowButton.h"
 
 namespace quenlio {
 
-class MetaRow final : public QLabel {
+class MetaRow final : public QWidget {
  public:
-  explicit MetaRow(QWidget* parent);
-  void apply(const IslandPalette& palette, const IslandLayoutMetrics& metrics);
-  void show(std::size_t selectedCount, const std::optional<std::string>& fileName);
+  // Tooltips and clock outlive the view.
+  MetaRow(QWidget* parent, TooltipHost& tooltips, const Clock& clock, RenameSession::OnRename onRename);
+  ~MetaRow() override;
+
+  struct Contents {
+    const ScreenshotItem* selectedItem = nullptr;
+    std::vector<ScreenshotItem> selectedItems;
+    std::int64_t renameRequestToken = 0;
+  };
+  void apply(const IslandThemeTokens& tokens, const IslandLayoutMetrics& metrics);
+  // Another token than the last asks for the name to be changed.
+  void show(const Contents& contents);
 
  protected:
-  // The text as it fits, cut in the middle: a capture's name differs at its end.
-  void paintEvent(QPaintEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+  void enterEvent(QEnterEvent* event) override;
+  void leaveEvent(QEvent* event) override;
 
  private:
-  IslandPalette palette_;
+  class Name;
+
+  void beginRename();
+  void commit();
+  void endRename();
+  void layOut();
+
+  WeakOwner<MetaRow> weak_{this};  // first: its members are given callbacks while it is being made
+  RenameSession session_;
+  IslandLayoutMetrics metrics_;
+  std::vector<ScreenshotItem> selected_;
+  std::optional<std::int64_t> renameRequestToken_;
+  Name* name_;  // children
+  RowButton pencil_;
+  RenameEditor editor_;
+  AppTooltip nameHelp_;
+  AppTooltip pencilHelp_;
 };
 
 }  // namespace quenlio

@@ -20,7 +20,7 @@ void QtIslandShell::setContentView(Panel& panel, const IslandOverlayRootViewMode
   qtPanel.setOnClose(model.onClose);
   qtPanel.setContentView(std::make_unique<IslandOverlayRootView>(
       model, IslandOverlayRootView::Shell{
-                 .scheduler = dependencies_.scheduler,
+                 .compositor = dependencies_.compositor,
                  .sharpRendition = dependencies_.sharpRendition,
                  // The panel owns the view, so it is there for as long as the view can call.
                  .onSurfaceChanged = [&qtPanel](const PanelSurface& surface) { qtPanel.setSurface(surface); }}));

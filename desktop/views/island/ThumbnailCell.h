@@ -1,39 +1,105 @@
-// One screenshot in the strip: a small square that selects it. Owned by the strip. Main thread.
+// One screenshot in the strip: a click selects it, a press that moves drags it out. Owned by the strip. Main thread.
 //
-// It knows a plain click only: no double click, no dragging out and no menu yet.
+// It takes the pointer, also that of the gap around it, and is what screen readers find. The strip tells it where it
+// stands and has it drawn on the canvas below, where shadows and rings are not cut off.
 #pragma once
 
 #include <QtGui/QImage>
+#include <QtWidgets/QAbstractButton>
+#include <functional>
 
-#include "core/island/IslandLayoutMetrics.h"
+#include "core/base/WeakOwner.h"
+#include "core/island/IslandThemeTokens.h"
+#include "core/island/PressGesture.h"
 #include "core/library/ScreenshotItem.h"
+#include "core/platform/Panel.h"
+#include "core/platform/Scheduler.h"
 
-#include "desktop/views/common/PaintedButton.h"
-#include "desktop/views/island/IslandPalette.h"
+#include "desktop/views/common/Motion.h"
 
 namespace quenlio {
 
-class ThumbnailCell final : public PaintedButton {
- public:
-  explicit ThumbnailCell(QWidget* parent);
+class SoftShadow;
 
-  void apply(const IslandPalette& palette, const IslandLayoutMetrics& metrics);
-  void show(const ScreenshotItem& item, bool isSelected);
-  // Less than 1 where the cell is leaving the strip at its edge.
-  void setEdgeOpacity(double opacity);
+class ThumbnailCell final : public QAbstractButton {
+ public:
+  struct Callbacks {
+    std::function<void(const ScreenshotItem& item, ModifierFlags flags)> onSelect;
+    std::function<bool(const ScreenshotItem& item)> onStartItemDrag;  // false when no drag has begun
+    std::function<void(const ThumbnailCell& cell)> onLookChanged;     // has to be drawn anew
+  };
+  // Scheduler and clock outlive the cell.
+  ThumbnailCell(QWidget* strip, Scheduler& scheduler, const Clock& clock, Callbacks callbacks);
+  ~ThumbnailCell() override;
+
+  void show(const ScreenshotItem& item, bool isSelected, bool isPrimarySelected);
+  // Comes up instead of being there.
+  void arrive();
+  // The square that is drawn, in the strip's points. A cell that is out of sight keeps no picture.
+  void setSquare(const QRectF& square, bool isInSight);
+  [[nodiscard]] const QRectF& square() const { return square_; }
+  [[nodiscard]] bool isSelected() const { return to_.selected > 0; }
+  [[nodiscard]] bool isInSight() const { return isInSight_; }
+  [[nodiscard]] bool keepsPicture() const { return !cropped_.isNull(); }
+  // A cell that moves under a pointer that rests is not told so.
+  void setHovered(bool isHovered);
+  // What is dragged out hears no release any more.
+  void letGo();
+
+  struct Look {
+    const IslandThemeTokens& tokens;
+    double radius;
+    SoftShadow& shadow;  // of a selected cell
+    bool hasFocusRing;
+  };
+  // In the strip's points.
+  void paint(QPainter& painter, const Look& look);
 
  protected:
   void paintEvent(QPaintEvent* event) override;
+  void enterEvent(QEnterEvent* event) override;
+  void leaveEvent(QEvent* event) override;
+  void hideEvent(QHideEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseMoveEvent(QMouseEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
 
  private:
+  // Each a share, 0 to 1.
+  struct State {
+    double selected = 0;
+    double primary = 0;
+    double hovered = 0;
+    double pressed = 0;
+    bool operator==(const State&) const = default;
+  };
+  [[nodiscard]] State state() const;
+  void turnTo(const State& state);
+  void setPressed(bool isPressed);
+  void showThumbnail(const ImageRef& thumbnail);
+  void waitForThumbnail();
+  [[nodiscard]] bool isMoving() const;
+  [[nodiscard]] bool isSeen() const { return isVisible() && isInSight_; }
   [[nodiscard]] const QImage& pictureAt(const QSize& pixels, double radius);
+  void paintPicture(QPainter& painter, const QRectF& place, double radius, double opacity);
+  void paintSymbol(QPainter& painter, const QRectF& place, const Color& tint) const;
 
-  IslandPalette palette_;
-  double radius_ = 9;
-  double edgeOpacity_ = 1;
-  bool isSelected_ = false;
-  ImageRef thumbnail_;
-  QImage picture_;  // the thumbnail's middle in this cell's pixels, made when it is first painted
+  WeakOwner<ThumbnailCell> weak_{this};  // first: its members are given callbacks while it is being made
+  Callbacks callbacks_;
+  Scheduler& scheduler_;
+  ScreenshotItem item_;
+  QRectF square_;
+  bool isInSight_ = false;
+  PressGesture press_;
+  QPointF pressedAt_;  // on the screen
+  State from_;
+  State to_;
+  Motion stateShare_;  // the share of the way between the two
+  Motion presence_;    // less than 1 while the cell comes up
+  Motion picture_;     // while the thumbnail does
+  Motion symbol_;      // what stands for a thumbnail that does not come
+  ScheduledTask symbolsTurn_;
+  QImage cropped_;  // the thumbnail's middle in so many pixels as it is drawn with
 };
 
 }  // namespace quenlio

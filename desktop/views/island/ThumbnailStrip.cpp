@@ -1,133 +1,263 @@
 #include "desktop/views/island/ThumbnailStrip.h"
 
+#include <QtGui/QCursor>
 #include <QtGui/QWheelEvent>
 #include <algorithm>
 #include <cmath>
 #include <utility>
 
-namespace quenlio {
+#include "desktop/views/island/ThumbnailAccessible.h"
 
-ThumbnailStrip::ThumbnailStrip(QWidget* parent, std::function<void(const Uuid&)> onSelect)
-    : QWidget(parent), onSelect_(std::move(onSelect)) {
+namespace quenlio {
+namespace {
+
+constexpr double kShadowRadius = 5;  // points, like all lengths here
+constexpr double kShadowY = 2;
+constexpr TimedCurve kEase{kEaseOut, Seconds(0.16)};
+const Spring kSpring = Spring::withResponse(Seconds(0.22), 0.84);
+
+}  // namespace
+
+ThumbnailStrip::ThumbnailStrip(QWidget* parent, Scheduler& scheduler, const Clock& clock, Callbacks callbacks)
+    : QWidget(parent),
+      callbacks_(std::move(callbacks)),
+      scheduler_(scheduler),
+      clock_(clock),
+      canvas_(makeCanvas(parent)),
+      tokens_(IslandThemeTokens::forAppearance(IslandAppearanceStyle::light, false)),
+      metrics_(IslandLayoutMetrics::forSize(IslandSize::extraSmall)),
+      scroll_(scheduler, clock, 0, weak_.bind([](ThumbnailStrip& self) { self.place(); })),
+      arrival_(scheduler, clock, 1, weak_.bind([](ThumbnailStrip& self) { self.place(); })) {
+  makeThumbnailsAccessible();
+  canvas_->stackUnder(this);
   setAccessibleName(QStringLiteral("Screenshots"));
+  setFocusPolicy(Qt::TabFocus);
 }
 
-void ThumbnailStrip::apply(const IslandPalette& palette, const IslandLayoutMetrics& metrics) {
-  palette_ = palette;
+ThumbnailStrip::~ThumbnailStrip() {
+  weak_.letGo();
+}
+
+void ThumbnailStrip::apply(const IslandThemeTokens& tokens, const IslandLayoutMetrics& metrics) {
+  const bool hasOtherLengths = metrics != metrics_;
+  tokens_ = tokens;
   metrics_ = metrics;
-  thumbSize_ = metrics.thumbSize;
-  thumbSpacing_ = metrics.thumbSpacing;
-  for (const auto& [id, cell] : cells_) {
-    cell->apply(palette, metrics);
+  shadow_.setLook(
+      {.cornerRadius = metrics.thumbRadius,
+       .layers = {{.opacity = tokens.thumbnailSelectedShadowOpacity, .radius = kShadowRadius, .y = kShadowY}}});
+  if (hasOtherLengths) {
+    arrival_.jumpTo(1);
+    place();
+    scrollToSelected(false);
   }
-  place();
-  scrollToPrimary();
+  canvas_->update();
 }
 
 void ThumbnailStrip::show(const Contents& contents) {
+  takeUp(contents);
+  const bool wasDraggingOut = std::exchange(isDraggingOut_, contents.isDraggingOut);
+  if (wasDraggingOut && !isDraggingOut_) {
+    for (const auto& [id, entry] : cells_) {
+      entry.cell->letGo();
+    }
+  }
+  // A strip without cells is no place to stop at.
+  setFocusPolicy(order_.empty() ? Qt::NoFocus : Qt::TabFocus);
+}
+
+void ThumbnailStrip::takeUp(const Contents& contents) {
   std::vector<Uuid> order;
+  std::vector<Uuid> arrived;
   order.reserve(contents.items.size());
   for (const ScreenshotItem& item : contents.items) {
     order.push_back(item.id);
-    cellFor(item.id).show(item, contents.selected.contains(item.id));
+    Entry& entry = cells_[item.id];
+    if (entry.cell == nullptr) {
+      entry.cell = makeCell();
+      arrived.push_back(item.id);
+    }
+    entry.cell->show(item, contents.selectedItemIDs.contains(item.id), item.id == contents.selectedItemID);
   }
-  std::erase_if(cells_, [&order](const auto& entry) {
-    const bool isGone = std::find(order.begin(), order.end(), entry.first) == order.end();
+  dropGone(order);
+  const bool hasMoved = order != order_;
+  const bool selectedAnother = std::exchange(primary_, contents.selectedItemID) != contents.selectedItemID;
+  if (hasMoved) {
+    arrange(std::move(order), arrived);
+  }
+  if (hasMoved || selectedAnother) {
+    scrollToSelected(isVisible());
+    canvas_->update();
+    if (ThumbnailCell* current = currentCell(); current != nullptr && hasFocus()) {
+      tellFocusOf(*current);
+    }
+  }
+}
+
+void ThumbnailStrip::dropGone(const std::vector<Uuid>& order) {
+  const std::set<Uuid> listed(order.begin(), order.end());
+  std::erase_if(cells_, [&listed](const auto& entry) {
+    const bool isGone = !listed.contains(entry.first);
     if (isGone) {
-      entry.second->hide();
-      entry.second->deleteLater();  // it may be its own click that removed it
+      entry.second.cell->hide();
+      entry.second.cell->deleteLater();  // it may be its own click that removed it
     }
     return isGone;
   });
-  const bool moved = order != order_;
-  const bool selectedAnother = contents.primary != primary_;
-  order_ = std::move(order);
-  primary_ = contents.primary;
-  if (moved) {
-    putCellsInOrder();
-    place();
-  }
-  if (moved || selectedAnother) {
-    scrollToPrimary();
-  }
 }
 
-// For the keyboard and for screen readers, which go by the order of focus and that of the children.
-void ThumbnailStrip::putCellsInOrder() {
-  QWidget* previous = nullptr;
-  for (const Uuid& id : order_) {
-    ThumbnailCell* cell = cells_.at(id);
-    cell->raise();
-    if (previous != nullptr) {
-      setTabOrder(previous, cell);
+// Cells that were there slide to their new places; those that are new come up, the newest sliding in from the side that
+// the others go away from.
+void ThumbnailStrip::arrange(std::vector<Uuid> order, const std::vector<Uuid>& arrived) {
+  for (std::size_t index = 0; index < order_.size(); ++index) {
+    if (const auto found = cells_.find(order_[index]); found != cells_.end()) {
+      found->second.from = leftOf(index);
     }
-    previous = cell;
   }
-}
-
-ThumbnailCell& ThumbnailStrip::cellFor(const Uuid& id) {
-  const auto [entry, isNew] = cells_.try_emplace(id, nullptr);
-  if (isNew) {
-    auto* cell = new ThumbnailCell(this);
-    entry->second = cell;
-    cell->apply(palette_, metrics_);
-    QObject::connect(cell, &QAbstractButton::clicked, this,
-                     weak_.bind([id](ThumbnailStrip& self, bool) { self.onSelect_(id); }));
-    cell->setVisible(true);
+  const bool isAnimated = isVisible() && !order_.empty();
+  order_ = std::move(order);
+  for (std::size_t index = 0; index < order_.size(); ++index) {
+    Entry& entry = cells_.at(order_[index]);
+    if (std::ranges::find(arrived, order_[index]) != arrived.end()) {
+      entry.from = (static_cast<double>(index) - (index == 0 ? 0.5 : 0)) * step();
+      if (isVisible()) {
+        entry.cell->arrive();
+      }
+    }
+    entry.cell->raise();  // screen readers go by the order of the children
   }
-  return *entry->second;
-}
-
-void ThumbnailStrip::resizeEvent(QResizeEvent* /*event*/) {
+  arrival_.jumpTo(isAnimated ? 0 : 1);
+  if (isAnimated) {
+    arrival_.animateTo(1, kSpring);
+  }
   place();
-  scrollToPrimary();
+}
+
+ThumbnailCell* ThumbnailStrip::makeCell() {
+  auto* cell = new ThumbnailCell(
+      this, scheduler_, clock_,
+      {.onSelect = callbacks_.onSelect,
+       .onStartItemDrag = callbacks_.onStartItemDrag,
+       .onLookChanged = weak_.bind([](ThumbnailStrip& self, const ThumbnailCell& of) { self.repaint(of); })});
+  cell->setVisible(true);
+  return cell;
+}
+
+ThumbnailCell* ThumbnailStrip::currentCell() const {
+  const auto found = primary_ ? cells_.find(*primary_) : cells_.end();
+  if (found != cells_.end()) {
+    return found->second.cell;
+  }
+  return order_.empty() ? nullptr : cells_.at(order_.front()).cell;
+}
+
+double ThumbnailStrip::leftOf(std::size_t index) const {
+  const double belongs = static_cast<double>(index) * step();
+  const double from = cells_.at(order_[index]).from;
+  return from + (belongs - from) * arrival_.value();
+}
+
+void ThumbnailStrip::place() {
+  const double side = metrics_.thumbSize;
+  // Below the inset, or less far down where the tray is not high enough for a whole cell there.
+  const double top = std::clamp(metrics_.trayVerticalInset, 0.0, std::max(0.0, height() - side));
+  const double gap = metrics_.thumbSpacing / 2;
+  for (std::size_t index = 0; index < order_.size(); ++index) {
+    ThumbnailCell* cell = cells_.at(order_[index]).cell;
+    const double left = leftOf(index) - scroll_.value();
+    cell->setSquare({left, top, side, side}, left + side > -kBleed && left < width() + kBleed);
+    // With half of the gap on both sides, so that there is no place between two cells.
+    const auto from = static_cast<int>(std::lround(left - gap));
+    const auto to = static_cast<int>(std::lround(left + side + gap));
+    cell->setGeometry(from, 0, to - from, height());
+  }
+  if (underMouse()) {
+    const QPoint pointer = mapFromGlobal(QCursor::pos());
+    for (const auto& [id, entry] : cells_) {
+      entry.cell->setHovered(entry.cell->geometry().contains(pointer));
+    }
+  }
+  canvas_->update();
+}
+
+double ThumbnailStrip::furthest() const {
+  return std::max(0.0, static_cast<double>(order_.size()) * step() - metrics_.thumbSpacing - width());
+}
+
+void ThumbnailStrip::scrollTo(double offset, bool animated) {
+  const double target = std::clamp(offset, 0.0, furthest());
+  if (animated) {
+    scroll_.animateTo(target, kEase);
+  } else {
+    scroll_.jumpTo(target);
+  }
+}
+
+// As far in as the fade reaches, so that there is a glimpse of the next one too.
+void ThumbnailStrip::scrollToSelected(bool animated) {
+  const auto found = primary_ ? std::ranges::find(order_, *primary_) : order_.end();
+  double offset = scroll_.target();
+  if (found != order_.end()) {
+    const double margin = fadeReach() + metrics_.thumbSpacing;
+    const double left = static_cast<double>(found - order_.begin()) * step();
+    offset = std::min(offset, left - margin);
+    offset = std::max(offset, left + metrics_.thumbSize + margin - width());
+  }
+  scrollTo(offset, animated);
 }
 
 void ThumbnailStrip::wheelEvent(QWheelEvent* event) {
   // A plain wheel has one direction only, so its turns scroll sideways too.
-  const QPoint pixels = event->pixelDelta();
-  const QPoint degrees = event->angleDelta();
-  double distance = std::abs(pixels.x()) > std::abs(pixels.y()) ? pixels.x() : pixels.y();
-  if (pixels.isNull()) {
-    const int eighths = std::abs(degrees.x()) > std::abs(degrees.y()) ? degrees.x() : degrees.y();
-    distance = step() * eighths / static_cast<int>(QWheelEvent::DefaultDeltasPerStep);
+  const auto larger = [](QPoint delta) { return std::abs(delta.x()) > std::abs(delta.y()) ? delta.x() : delta.y(); };
+  if (!event->pixelDelta().isNull()) {
+    scrollTo(scroll_.value() - larger(event->pixelDelta()), false);
+  } else {
+    const double turns = larger(event->angleDelta()) / static_cast<double>(QWheelEvent::DefaultDeltasPerStep);
+    scrollTo(scroll_.target() - step() * turns, true);
   }
-  scrollTo(offset_ - distance);
   event->accept();
 }
 
-void ThumbnailStrip::scrollTo(double offset) {
-  const double content = static_cast<double>(order_.size()) * step() - thumbSpacing_;
-  const double clamped = std::clamp(offset, 0.0, std::max(0.0, content - width()));
-  if (clamped != offset_) {
-    offset_ = clamped;
-    place();
+void ThumbnailStrip::placeCanvas() {
+  canvas_->setGeometry(geometry().adjusted(-kBleed, -kBleed, kBleed, kBleed));
+}
+
+void ThumbnailStrip::moveEvent(QMoveEvent* /*event*/) {
+  placeCanvas();
+}
+
+void ThumbnailStrip::resizeEvent(QResizeEvent* /*event*/) {
+  placeCanvas();
+  place();
+  scrollToSelected(false);
+}
+
+void ThumbnailStrip::showEvent(QShowEvent* /*event*/) {
+  canvas_->setVisible(true);
+}
+
+void ThumbnailStrip::hideEvent(QHideEvent* /*event*/) {
+  scroll_.jumpTo(scroll_.target());
+  arrival_.jumpTo(1);
+  if (!isVisibleTo(parentWidget())) {
+    canvas_->setVisible(false);  // with its parent it goes by itself
   }
 }
 
-void ThumbnailStrip::scrollToPrimary() {
-  const auto found = primary_ ? std::find(order_.begin(), order_.end(), *primary_) : order_.end();
-  double offset = offset_;
-  if (found != order_.end()) {
-    const double left = static_cast<double>(found - order_.begin()) * step();
-    offset = std::min(offset, left);
-    offset = std::max(offset, left + thumbSize_ - width());
+void ThumbnailStrip::focusInEvent(QFocusEvent* event) {
+  showsFocus_ = event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason;
+  scrollToSelected(isVisible());
+  canvas_->update();
+  if (ThumbnailCell* current = currentCell()) {
+    tellFocusOf(*current);
   }
-  scrollTo(offset);
 }
 
-void ThumbnailStrip::place() {
-  const int side = static_cast<int>(thumbSize_);
-  // Below the inset, or less far down where the tray is not high enough for a whole cell there.
-  const int top = std::clamp(static_cast<int>(metrics_.trayVerticalInset), 0, std::max(0, height() - side));
-  for (std::size_t index = 0; index < order_.size(); ++index) {
-    ThumbnailCell* cell = cells_.at(order_[index]);
-    const double left = static_cast<double>(index) * step() - offset_;
-    cell->setGeometry(static_cast<int>(std::lround(left)), top, side, side);
-    const double inside = std::min(left + thumbSize_, static_cast<double>(width())) - std::max(left, 0.0);
-    const double share = std::clamp(inside / thumbSize_, 0.0, 1.0);
-    cell->setEdgeOpacity(share * share);
-  }
+void ThumbnailStrip::focusOutEvent(QFocusEvent* /*event*/) {
+  showsFocus_ = false;
+  canvas_->update();
 }
+
+// The canvas is what is painted on.
+void ThumbnailStrip::paintEvent(QPaintEvent* /*event*/) {}
 
 }  // namespace quenlio

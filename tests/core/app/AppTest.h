@@ -25,6 +25,7 @@ class AppRig {
   explicit AppRig(std::uint32_t seed) : platform(seed) { platform.enableDiagnostics(); }
 
   AppDelegate& launch() {
+    app.reset();  // before the next one is made: what both bind ends in reverse order
     app = platform.makeApp();
     app->applicationDidFinishLaunching();
     platform.time.runReady();

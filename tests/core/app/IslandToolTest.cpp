@@ -106,6 +106,15 @@ TEST_F(IslandTool, theHandlerAnswersAtOnceAndTheIslandFollowsOnTheNextTurn) {
   EXPECT_TRUE(isIslandUp());
 }
 
+TEST_F(IslandTool, theHandlerDoesNotTakeAKeyOnceTheApplicationIsGone) {
+  launch();
+  const auto handler = platform.hotKeys.handlers.begin()->second;
+  app.reset();
+  EXPECT_EQ(handler(), eventNotHandledErr);
+  platform.time.runReady();
+  EXPECT_EQ(platform.islandShell.panel, nullptr);
+}
+
 TEST_F(IslandTool, aKeyThatIsTakenIsLoggedAndTheRestWorks) {
   platform.hotKeys.registerStatus = -9878;
   launch();

@@ -20,26 +20,39 @@ TEST_F(Launch, aCaptureReachesTheLibraryAndTheIsland) {
   EXPECT_EQ(platform.state().latestScreenshotPath, path);
 }
 
-TEST_F(Launch, staysOutOfTheDockThenTellsOfTheLaunchThenWatchesThenTakesTheHotKeyThenListensForRequests) {
-  launch();
-  EXPECT_EQ(calls(), (Names{"setActivationPolicy accessory", "track 0", "FSEventStreamCreate /home/user/Desktop",
-                            "FSEventStreamSetDispatchQueue Quenlio.Watcher", "FSEventStreamStart /home/user/Desktop",
-                            "RegisterEventHotKey", "InstallEventHandler",
-                            "addObserver com.quenlio.release-test.ingest-screenshot",
-                            "createDirectory /home/user/support/Quenlio"}));
-}
-
-TEST_F(Launch, eventsComeInTheOrderOfTheLaunch) {
+TEST_F(Launch, takesItsStepsInTheirOrder) {
+  defaults().setObject("onboarding.quick.v3.completed", true);
   platform.configuration.screenshotDirectory = FileURL("/seeds");
   platform.files.write("/seeds/seed.png");
   platform.files.write("/shots/argument.png");
   platform.process.argumentList = {"quenlio", "--release-test-ingest", "/shots/argument.png"};
   platform.files.write("/run/ingest-screenshot-request.txt", "/shots/argument.png");
-  launch();
-  EXPECT_EQ(platform.eventNames(),
-            (Names{"app_launched", "release_test_seed_ingested_on_launch", "release_test_launch_ingest_requested",
-                   "release_test_request_polling_started", "release_test_request_check",
-                   "release_test_request_consumed", "screenshot_detected", "screenshot_detected"}));
+  platform.files.afterWriting = [this](const FileURL& file, std::string_view data) {
+    if (file.path() == "/run/state.json") {
+      platform.log.add("state " + decodeState(data)->onboardingState.value_or("undecided"));
+    } else if (file.path() == "/run/events.jsonl") {
+      platform.log.add("event " + platform.eventNames().back());
+    }
+  };
+  app = platform.makeApp();
+  platform.log.clear();
+  app->applicationDidFinishLaunching();
+  EXPECT_EQ(
+      calls(),
+      (Names{// The first half. The report of the first run comes once that is decided.
+             "setActivationPolicy accessory", "state undecided", "event app_launched", "track 0", "state completed",
+             // The second half: the first run again, then the seeds, for which the library is made.
+             "state completed", "createDirectory /home/user/support/Quenlio", "state completed",
+             "writeAtomically /home/user/support/Quenlio/pinned.json", "state completed",
+             "event release_test_seed_ingested_on_launch",
+             // The watcher, the argument, the hot key.
+             "FSEventStreamCreate /home/user/Desktop", "FSEventStreamSetDispatchQueue Quenlio.Watcher",
+             "FSEventStreamStart /home/user/Desktop", "event release_test_launch_ingest_requested",
+             "RegisterEventHotKey", "InstallEventHandler",
+             // Requests: the notification, the poll; then the whole state, and the request that waits.
+             "addObserver com.quenlio.release-test.ingest-screenshot", "event release_test_request_polling_started",
+             "state completed", "event release_test_request_check", "removeItem /run/ingest-screenshot-request.txt",
+             "event release_test_request_consumed"}));
 }
 
 TEST_F(Launch, theVersionAndTheTimeAreReportedBeforeTheLaunchIsAnnounced) {

@@ -33,6 +33,13 @@ TEST_F(Seeds, areTakenInOldestFirstWithThoseOfNoKnownDateAhead) {
   }
 }
 
+TEST_F(Seeds, countAlsoWhenTheyAreHidden) {
+  seed(".hidden.png", -1);
+  launch();
+  EXPECT_EQ(ingested(), Names{"/seeds/.hidden.png"});
+  EXPECT_EQ(listed(), Names{"/seeds/.hidden.png"});
+}
+
 TEST_F(Seeds, mustBeRegularFilesOfTheSixKinds) {
   seed("a.png", -1);
   seed("b.gif", -1);
@@ -209,6 +216,14 @@ TEST_F(RequestFile, isConsumedOnce) {
   EXPECT_EQ(platform.eventCount("screenshot_detected"), 1);
 }
 
+TEST_F(RequestFile, thatSpellsAPathInAnotherWayMakesAnotherEntry) {
+  for (const char* spelling : {"/shots/a.png", "/shots/../shots/a.png", "/shots/a.png"}) {
+    request(spelling);
+    platform.time.advanceBy(500ms);
+  }
+  EXPECT_EQ(listed(), (Names{"/shots/a.png", "/shots/../shots/a.png"})) << "a path is what it came as";
+}
+
 TEST_F(RequestFile, isTrimmed) {
   request(" \t\n/shots/a.png \r\n\n");
   platform.time.advanceBy(500ms);
@@ -280,8 +295,10 @@ TEST_F(RequestFile, isNeverTouchedOutsideADiagnosticsRun) {
   request("/shots/a.png");
   launch();
   const std::string events = eventText();
+  const int reads = platform.files.readCount();
   platform.time.advanceBy(10s);
   EXPECT_EQ(platform.files.content(kRequestFile), "/shots/a.png");
+  EXPECT_EQ(platform.files.readCount(), reads);
   EXPECT_EQ(listed(), Names{});
   EXPECT_EQ(eventText(), events);
 }

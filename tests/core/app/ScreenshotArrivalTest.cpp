@@ -37,7 +37,7 @@ class Arrival : public AppTest {
     onboarding.onboardingAwaitingLiveCapture = isAwaiting;
     onboarding.onboardingState = state;
     onboarding.onboardingLiveEventSubscriber = [this](const OnboardingLiveEvent& event) {
-      platform.log.add("captureDetected " + event.captureDetected.path());
+      platform.log.add("captureDetected " + std::get<CaptureDetected>(event).url.path());
     };
     onboarding.onboardingCaptureTimeoutTask = platform.time.after(45s, [this] { hasTimedOut = true; });
   }

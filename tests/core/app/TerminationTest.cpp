@@ -59,6 +59,22 @@ TEST_F(Termination, afterABusyRunNothingGoesOnForEver) {
   EXPECT_EQ(platform.time.pending(), 0U);
 }
 
+// The pointer is looked for a little after the entry, and the island has not come that far yet.
+TEST_F(Termination, whileTheIslandComesUpOnlyThePanelsOwnMotionGoesOn) {
+  launch();
+  for (int i = 10; i < 20; ++i) {
+    capture("Screenshot 2026-11-" + std::to_string(i) + ".png");
+  }
+  platform.time.advanceBy(100ms);
+  ASSERT_EQ(listed().size(), 10U);
+  ASSERT_TRUE(isIslandUp());
+  ASSERT_EQ(platform.islandShell.panel->alpha(), 0.0);
+  terminate();
+  EXPECT_EQ(platform.time.pending(), 2U) << "the request poll's last turn and the panel's entry";
+  platform.time.advanceBy(500ms);
+  EXPECT_EQ(platform.time.pending(), 0U);
+}
+
 TEST_F(Termination, noHotKeyRemains) {
   launch();
   terminate();

@@ -122,7 +122,7 @@ TEST_F(WholeArrival, onboardingHearsOfItWhenTheIslandIsUpAndTheReportNamesTheRes
   onboarding.onboardingController = std::make_unique<OnboardingWindow>();
   onboarding.onboardingAwaitingLiveCapture = true;
   onboarding.onboardingLiveEventSubscriber = [&](const OnboardingLiveEvent& event) {
-    wasUp = isIslandUp() && listed() == Names{event.captureDetected.path()};
+    wasUp = isIslandUp() && listed() == Names{std::get<CaptureDetected>(event).url.path()};
   };
   arrive("/shots/a.png");
   EXPECT_TRUE(wasUp);

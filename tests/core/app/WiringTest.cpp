@@ -63,6 +63,7 @@ TEST_F(StatusItemWish, reportsItsVisibilityOnlyWhenThatChanges) {
 }
 
 TEST_F(StatusItemWish, beforeTheWatcherExistsARefreshDoesNothing) {
+  app.reset();
   app = platform.makeApp();
   app->bootstrapStatusBarIfNeeded();
   platform.log.clear();
@@ -106,15 +107,17 @@ TEST_F(FolderRequest, startsTheWatcherAnewAndPublishesThePermissions) {
 TEST_F(FolderRequest, triesAListingOfTheFolderWithoutHiddenFilesWhateverComesOfIt) {
   launch();
   app->openIslandToolFromMenu();
-  int listings = 0;
-  platform.files.duringListing = [&] { ++listings; };
+  Names listings;
+  platform.files.duringListing = [&](const FileURL& folder, HiddenFiles hidden) {
+    listings.push_back(folder.path() + (hidden == HiddenFiles::skip ? "" : " with hidden files"));
+  };
   platform.islandShell.view->onRequestFolderAccess();
-  EXPECT_EQ(listings, 2);  // the request's own and the watcher's
+  EXPECT_EQ(listings, (Names{kDesktop, kDesktop}));  // the request's own and the watcher's
   platform.files.setUnreadable(kDesktop, true);
-  listings = 0;
+  listings.clear();
   platform.log.clear();
   platform.islandShell.view->onRequestFolderAccess();
-  EXPECT_EQ(listings, 1);  // the watcher's alone: a folder that may not be read is not tried
+  EXPECT_EQ(listings, Names{kDesktop});  // the watcher's alone: a folder that may not be read is not tried
   EXPECT_EQ(platform.log.count("FSEventStreamCreate /home/user/Desktop"), 1);
 }
 
@@ -187,6 +190,7 @@ TEST_F(EditorEntry, withAnEmptyLibraryAsksForAPicture) {
   EXPECT_EQ(request.prompt, "Open");
   EXPECT_TRUE(request.canChooseFiles);
   EXPECT_FALSE(request.canChooseDirectories);
+  EXPECT_FALSE(request.allowsMultipleSelection);
   EXPECT_EQ(request.allowedContentTypes,
             (std::vector{ContentType::png, ContentType::jpeg, ContentType::heic, ContentType::tiff, ContentType::pdf}));
   EXPECT_EQ(request.directoryURL, FileURL("/home/user/Desktop"));

@@ -43,6 +43,18 @@ TEST(WeakOwner, theCallbackDoesNothingOnceTheOwnerIsGone) {
   EXPECT_EQ(calls, 1);
 }
 
+TEST(WeakOwner, theCallbackDoesNothingOnceTheOwnerHasLetGo) {
+  Owner owner;
+  const std::function<void()> count = owner.weak.bind([](Owner& self) { ++self.calls; });
+  const std::function<bool()> lives = owner.weak.bindOr(false, [](Owner&) { return true; });
+  count();
+  EXPECT_TRUE(lives());
+  owner.weak.letGo();
+  count();
+  EXPECT_EQ(owner.calls, 1);
+  EXPECT_FALSE(lives());
+}
+
 TEST(WeakOwner, givesTheFallbackOnceTheOwnerIsGone) {
   auto owner = std::make_unique<Owner>();
   const std::function<bool(int)> isPositive = owner->weak.bindOr(false, [](Owner&, int number) { return number > 0; });

@@ -53,5 +53,22 @@ RC_GTEST_PROP(LowercasedProperty, keepsTheLengthAndEveryByteThatIsNoCapital, (co
   }
 }
 
+TEST(Readable, keepsWhatIsUTF8) {
+  EXPECT_EQ(readable(""), "");
+  EXPECT_EQ(readable("a\n\u00e9\u20ac\U0001F4F7\U0010FFFF"), "a\n\u00e9\u20ac\U0001F4F7\U0010FFFF");
+}
+
+TEST(Readable, showsEveryOtherByteAsAReplacement) {
+  EXPECT_EQ(readable("caf\xe9.png"), "caf\uFFFD.png");
+  EXPECT_EQ(readable("\xe2\x82"), "\uFFFD\uFFFD") << "cut off";
+  EXPECT_EQ(readable("\xc0\xaf"), "\uFFFD\uFFFD") << "longer than need be";
+  EXPECT_EQ(readable("\xed\xa0\x80"), "\uFFFD\uFFFD\uFFFD") << "a surrogate";
+  EXPECT_EQ(readable("\xf4\x90\x80\x80"), "\uFFFD\uFFFD\uFFFD\uFFFD") << "beyond the last character";
+}
+
+RC_GTEST_PROP(ReadableProperty, whatIsReadableStaysAsItIs, (const std::string& bytes)) {
+  RC_ASSERT(readable(readable(bytes)) == readable(bytes));
+}
+
 }  // namespace
 }  // namespace quenlio

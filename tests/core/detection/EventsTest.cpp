@@ -1,33 +1,15 @@
-// What the stream's events and the listings of the folder lead to.
+// What the stream's events of single files lead to.
 #include <gtest/gtest.h>
 #include <optional>
 #include <string>
 #include <vector>
 
-#include "tests/core/detection/WatcherBench.h"
+#include "tests/core/detection/EventTest.h"
 
 namespace quenlio {
 namespace {
 
-constexpr FSEventFlags kCreated = kFSEventStreamEventFlagItemCreated;
-constexpr FSEventFlags kRemoved = kFSEventStreamEventFlagItemRemoved;
-constexpr FSEventFlags kMustScan = kFSEventStreamEventFlagMustScanSubDirs;
-
-using EventPaths = std::vector<std::optional<std::string>>;
-using EventFlags = std::vector<FSEventFlags>;
-
-class Events : public testing::Test, public WatcherBench {
- protected:
-  void SetUp() override { startWithoutPoll(); }
-  void deliver(const FSEventBatch& batch) {
-    eventStreams.deliver(batch);
-    time.runReady();
-  }
-  [[nodiscard]] Paths settled() {
-    time.advanceBy(Seconds(2));
-    return foundPaths();
-  }
-};
+class Events : public EventTest {};
 
 TEST_F(Events, aFinishedFileIsReportedOnceTwoLooksAfterItsEvent) {
   arrive(kShot);
@@ -80,7 +62,7 @@ TEST_F(Events, extensionsCountInAnyCase) {
 }
 
 TEST_F(Events, aFileInASubfolderIsNotTaken) {
-  arrive(kFolder + "/sub/Screenshot 2026-11-15.png");
+  tellOf(kFolder + "/sub/Screenshot 2026-11-15.png");
   EXPECT_EQ(time.pending(), 0U);
   EXPECT_EQ(settled(), Paths{});
   watcher->scanDirectoryForNewScreenshots();
@@ -88,16 +70,26 @@ TEST_F(Events, aFileInASubfolderIsNotTaken) {
 }
 
 TEST_F(Events, aFileOutsideTheFolderIsNotTaken) {
-  arrive("/home/user/Screenshot 2026-11-15.png");
-  arrive("/home/user/Desktop2/Screenshot 2026-11-15.png");
+  tellOf("/home/user/Screenshot 2026-11-15.png");
+  tellOf("/home/user/Desktop2/Screenshot 2026-11-15.png");
   EXPECT_EQ(settled(), Paths{});
 }
 
 TEST_F(Events, aPathMaySpellTheFolderInAnotherWay) {
   const std::string spelled = kFolder + "/../Desktop/Screenshot 2026-11-15.png";
   files.write(kFolder + "/Screenshot 2026-11-15.png");
-  event(spelled, kCreated);
+  deliver({1, EventPaths{spelled}, EventFlags{kCreated}});
   EXPECT_EQ(settled(), Paths{spelled}) << "and is handed on as it came";
+}
+
+TEST_F(Events, aTrailingSlashMakesNoOtherPath) {
+  files.write(kShot);
+  event(kShot, kCreated);
+  event(kShot + "/", kCreated);
+  EXPECT_EQ(settled(), Paths{kShot});
+  event(kShot + "/", kRemoved);
+  event(kShot, kCreated);
+  EXPECT_EQ(settled(), (Paths{kShot, kShot}));
 }
 
 TEST_F(Events, aFileThatIsNotUTF8ByNameArrivesWithItsBytes) {
@@ -211,122 +203,6 @@ TEST_F(Events, aRenamedFilesNewPathIsNew) {
   event(kShot, kFSEventStreamEventFlagItemRenamed);
   event(kOtherShot, kFSEventStreamEventFlagItemRenamed);
   EXPECT_EQ(settled(), (Paths{kShot, kOtherShot}));
-}
-
-TEST_F(Events, aScanTakesEveryNewImageInTheOrderOfTheListing) {
-  files.write(kOtherShot);
-  files.write(kFolder + "/note.txt");
-  files.write(kShot);
-  watcher->scanDirectoryForNewScreenshots();
-  EXPECT_EQ(settled(), (Paths{kOtherShot, kShot}));
-}
-
-TEST_F(Events, aScanLeavesOutHiddenFilesFoldersAndFilesWithoutValues) {
-  const std::string hidden = kFolder + "/.Screenshot 2026-11-15.png";
-  metadata.values[hidden] = true;
-  files.write(hidden);
-  files.write(kFolder + "/Screenshot 2026-11-16.png/file.txt");
-  files.write(kShot);
-  files.setUnfinished(kShot, true);
-  watcher->scanDirectoryForNewScreenshots();
-  time.runReady();
-  EXPECT_EQ(time.pending(), 0U);
-  files.setUnfinished(kShot, false);
-  watcher->scanDirectoryForNewScreenshots();
-  EXPECT_EQ(settled(), Paths{kShot}) << "a file that gets its values later is new then";
-}
-
-TEST_F(Events, aFolderThatCannotBeListedHoldsNothingAndIsNotLogged) {
-  files.write(kShot);
-  files.setUnlistable(kFolder, true);
-  watcher->scanDirectoryForNewScreenshots();
-  EXPECT_EQ(settled(), Paths{});
-  EXPECT_EQ(systemLog.lines, std::vector<std::string>{});
-  files.setUnlistable(kFolder, false);
-  watcher->scanDirectoryForNewScreenshots();
-  EXPECT_EQ(settled(), Paths{kShot});
-}
-
-TEST_F(Events, aFileThatComesWhileTheFolderIsListedForTheWatchIsEitherKnownOrNew) {
-  int listings = 0;
-  files.duringListing = [&] {
-    if (++listings == 1) {
-      files.write(kShot);
-    }
-  };
-  watcher->restartWatcher(true);
-  EXPECT_EQ(listings, 1);
-  EXPECT_EQ(settled(), Paths{}) << "in the listing: known";
-  files.write(kOtherShot);  // after the listing, and the stream says nothing of it
-  watcher->startPollingForLocationChanges();
-  time.advanceBy(Seconds(5) + kTwoLooks);
-  EXPECT_EQ(foundPaths(), Paths{kOtherShot}) << "after it: caught by the next poll";
-}
-
-TEST_F(Events, aBatchOfNoEventsIsNothing) {
-  files.write(kShot);
-  deliver({0, EventPaths{kShot}, EventFlags{kCreated}});
-  deliver({0, std::nullopt, std::nullopt});
-  deliver({-1, std::nullopt, std::nullopt});
-  EXPECT_EQ(settled(), Paths{});
-}
-
-TEST_F(Events, aBatchWithoutPathsIsAScan) {
-  files.write(kShot);
-  deliver({1, std::nullopt, EventFlags{kRemoved}});
-  EXPECT_EQ(settled(), Paths{kShot});
-}
-
-TEST_F(Events, aBatchWithTooFewPathsIsAScan) {
-  files.write(kShot);
-  files.write(kOtherShot);
-  deliver({3, EventPaths{kShot}, EventFlags{kCreated}});
-  EXPECT_EQ(settled(), (Paths{kShot, kOtherShot}));
-}
-
-TEST_F(Events, aBatchCountsOnlyAsFarAsItSays) {
-  files.write(kShot);
-  files.write(kOtherShot);
-  deliver({1, EventPaths{kShot, kOtherShot}, EventFlags{kCreated, kCreated}});
-  EXPECT_EQ(settled(), Paths{kShot});
-}
-
-TEST_F(Events, aPathThatIsNoTextIsSkippedAndTheNextIsTaken) {
-  files.write(kShot);
-  deliver({2, EventPaths{std::nullopt, kShot}, EventFlags{kMustScan, kCreated}});
-  EXPECT_EQ(settled(), Paths{kShot});
-}
-
-TEST_F(Events, aSkippedPathsFlagsAreNotRead) {
-  files.write(kOtherShot);
-  deliver({1, EventPaths{std::nullopt}, EventFlags{kMustScan}});
-  EXPECT_EQ(settled(), Paths{});
-}
-
-TEST_F(Events, withoutFlagsEveryPathIsACandidate) {
-  files.write(kShot);
-  files.write(kOtherShot);
-  deliver({2, EventPaths{kOtherShot, kShot}, std::nullopt});
-  EXPECT_EQ(settled(), (Paths{kOtherShot, kShot}));
-}
-
-TEST_F(Events, theMustScanFlagScansTheWholeFolderAndTheBatchGoesOn) {
-  arrive(kOtherShot);
-  EXPECT_EQ(settled(), Paths{kOtherShot});
-  files.write(kShot);
-  files.remove(kOtherShot);
-  deliver({2, EventPaths{kFolder, kOtherShot}, EventFlags{kMustScan, kRemoved}});
-  EXPECT_EQ(settled(), (Paths{kOtherShot, kShot}));
-  arrive(kOtherShot);
-  EXPECT_EQ(settled(), (Paths{kOtherShot, kShot, kOtherShot})) << "the removal behind it was read";
-}
-
-TEST_F(Events, theMustScanFlagIsLookedAtBeforeTheRemoval) {
-  arrive(kShot);
-  EXPECT_EQ(settled(), Paths{kShot});
-  event(kShot, kMustScan | kRemoved);
-  watcher->scanDirectoryForNewScreenshots();
-  EXPECT_EQ(settled(), Paths{kShot}) << "the path is still known";
 }
 
 }  // namespace

@@ -94,6 +94,14 @@ TEST_F(Location, theManualModeWithoutAChoiceActsAutomatically) {
   EXPECT_EQ(systemLog.lines, std::vector<std::string>{});
 }
 
+TEST_F(Location, anEmptyBookmarkIsNoChoiceAndIsNotLogged) {
+  settings.manualScreenshotFolderBookmark.set(Bytes{});
+  settings.detectLocationMode.set(ScreenshotLocationMode::manual);
+  EXPECT_EQ(folder(), kFolder);
+  EXPECT_EQ(systemLog.lines, std::vector<std::string>{});
+  EXPECT_TRUE(bookmarks.accesses.empty());
+}
+
 TEST_F(Location, aChoiceWithoutTheManualModeIsNotUsed) {
   settings.manualScreenshotFolderBookmark.set(FakeBookmarks::bytesFor("/chosen"));
   EXPECT_EQ(folder(), kFolder);

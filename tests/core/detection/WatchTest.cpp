@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "tests/core/detection/WatcherBench.h"
+#include "tests/harness/SchedulerRecorder.h"
 #include "tests/harness/TestPlatform.h"
 
 namespace quenlio {
@@ -38,6 +39,23 @@ TEST_F(Watch, makesAStreamOnItsQueueAndStartsIt) {
   EXPECT_EQ(eventStreams.lastOptions.latency, Seconds(0.02));
   EXPECT_EQ(eventStreams.lastOptions.flags, 19U);
   EXPECT_EQ(watcher->folderURL(), FileURL(kFolder));
+}
+
+TEST_F(Watch, looksAtFilesAsSomethingThatTheUserWaitsFor) {
+  SchedulerRecorder scheduler(time);
+  watcher = makeWatcher(scheduler);
+  EXPECT_EQ(scheduler.queueQualities,
+            (std::map<std::string, QualityOfService>{{"Quenlio.Watcher", QualityOfService::userInitiated}}));
+}
+
+TEST_F(Watch, pollsAtTheIntervalItIsGivenOrUpToAFifthOfASecondLater) {
+  for (const Seconds interval : {Seconds(5), Seconds(1)}) {
+    SchedulerRecorder scheduler(time);
+    watcher = makeWatcher(scheduler, interval);
+    watcher->startPollingForLocationChanges();
+    EXPECT_EQ(scheduler.repeating, (std::vector<SchedulerRecorder::Repeating>{{interval, Seconds(0.2)}}));
+    watcher.reset();
+  }
 }
 
 TEST_F(Watch, theSameFolderIsLeftAlone) {

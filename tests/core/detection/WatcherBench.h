@@ -44,19 +44,25 @@ class WatcherBench {
   explicit WatcherBench(std::optional<std::uint32_t> seed = std::nullopt)
       : time(seed ? VirtualTime(*seed) : VirtualTime()) {
     files.makeFolder(kFolder);
-    watcher = std::make_unique<ScreenshotWatcher>(ScreenshotWatcher::Dependencies{.settings = settings,
-                                                                                  .locations = locations,
-                                                                                  .scheduler = time,
-                                                                                  .clock = time,
-                                                                                  .files = files,
-                                                                                  .metadata = metadata,
-                                                                                  .eventStreams = eventStreams,
-                                                                                  .screens = screens,
-                                                                                  .log = systemLog,
-                                                                                  .pollInterval = Seconds(5)},
-                                                  [this](const FileURL& url, std::optional<DisplayID> display) {
-                                                    found.push_back({url.path(), display, time.monotonic()});
-                                                  });
+    watcher = makeWatcher(time);
+  }
+
+  // A watcher of the same folder that writes into the same list.
+  [[nodiscard]] std::unique_ptr<ScreenshotWatcher> makeWatcher(Scheduler& scheduler,
+                                                               Seconds pollInterval = Seconds(5)) {
+    return std::make_unique<ScreenshotWatcher>(ScreenshotWatcher::Dependencies{.settings = settings,
+                                                                               .locations = locations,
+                                                                               .scheduler = scheduler,
+                                                                               .clock = time,
+                                                                               .files = files,
+                                                                               .metadata = metadata,
+                                                                               .eventStreams = eventStreams,
+                                                                               .screens = screens,
+                                                                               .log = systemLog,
+                                                                               .pollInterval = pollInterval},
+                                               [this](const FileURL& url, std::optional<DisplayID> display) {
+                                                 found.push_back({url.path(), display, time.monotonic()});
+                                               });
   }
 
   // The three calls of a launch. Nothing is due afterwards.

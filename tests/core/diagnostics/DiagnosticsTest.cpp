@@ -132,6 +132,15 @@ TEST_F(Diagnostics, withTheMasterSwitchOffNothingAppearsAndNoMutationIsCalled) {
   EXPECT_EQ(log.calls(), std::vector<std::string>{});
 }
 
+TEST_F(Diagnostics, withTheMasterSwitchOffTheStateOfAnEarlierRunIsNotRead) {
+  start();
+  ASSERT_NE(diagnostics->loadPersistedState(), std::nullopt);
+  const int reads = files.readCount();
+  configuration.isEnabled = false;
+  EXPECT_EQ(start().loadPersistedState(), std::nullopt);
+  EXPECT_EQ(files.readCount(), reads);
+}
+
 TEST_F(Diagnostics, withoutAFolderNothingIsEnabledAndNothingIsWritten) {
   configuration.diagnosticsDirectory.reset();
   auto& running = start();
@@ -147,14 +156,14 @@ TEST_F(Diagnostics, withoutAFolderNothingIsEnabledAndNothingIsWritten) {
 TEST_F(Diagnostics, anUpdateFromInsideTheQueuesOwnWorkRunsAtOnce) {
   auto& running = start();
   std::string order;
-  running.performOnQueue([&] {
+  running.update([&](auto& state) {
     order += '(';
-    running.update([&](auto& state) {
+    running.record("inner");
+    running.update([&](auto& inner) {
       order += 'u';
-      running.record("inner");
-      running.update([&](auto& inner) { inner.statusItemVisible = true; });
-      state.screenshotCount = 4;
+      inner.statusItemVisible = true;
     });
+    state.screenshotCount = 4;
     order += ')';
   });
   EXPECT_EQ(order, "(u)");

@@ -7,47 +7,32 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
-#include "core/diagnostics/QuenlioReleaseTestDiagnostics.h"
-#include "core/identity/AppPaths.h"
 #include "core/island/IslandLayoutMetrics.h"
-#include "core/island/IslandOverlayController.h"
-#include "core/library/ScreenshotStore.h"
 
-#include "tests/harness/TestPlatform.h"
+#include "tests/harness/TestLibrary.h"
 
 namespace quenlio {
 
 using namespace std::chrono_literals;
 
-class IslandRig {
+class IslandRig : public TestLibrary {
  public:
   using Calls = std::vector<std::string>;
 
   // Makes the island, which comes up at once when it is enabled.
   IslandOverlayController& open() {
-    island = std::make_unique<IslandOverlayController>(IslandOverlayController::Dependencies{
-        .settings = settings,
-        .store = store,
-        .shell = platform.islandShell,
-        .screens = platform.screens,
-        .scheduler = platform.time,
-        .clock = platform.time,
-        .application = platform.application,
-        .appearance = platform.appearance,
-        .eventMonitors = platform.eventMonitors,
-        .files = platform.files,
-        .locations = locations,
-        .onRequestNewScreenshot = [this] { platform.log.add("requestNewScreenshot"); },
-        .onRequestFolderAccess =
-            [this] {
-              platform.log.add("requestFolderAccess");
-              if (duringFolderRequest) {
-                duringFolderRequest();
-              }
-            },
-    });
+    auto dependencies = islandDependencies(platform.islandShell, platform.screens);
+    dependencies.onRequestNewScreenshot = [this] { platform.log.add("requestNewScreenshot"); };
+    dependencies.onRequestFolderAccess = [this] {
+      platform.log.add("requestFolderAccess");
+      if (duringFolderRequest) {
+        duringFolderRequest();
+      }
+    };
+    island = std::make_unique<IslandOverlayController>(std::move(dependencies));
     return *island;
   }
   // Makes the island and takes it away again, with nothing under way and the log empty.
@@ -95,22 +80,7 @@ class IslandRig {
     platform.screens.pointer = {frame.minX() + frame.size.width / 2, frame.minY() + frame.size.height / 2};
   }
 
-  TestPlatform platform;
   std::function<void()> duringFolderRequest;
-  AppPaths paths{platform.configuration, platform.files, platform.directories};
-  AppSettings settings{platform.settingsDependencies()};
-  ScreenshotLocationResolver locations{platform.locationDependencies()};
-  QuenlioReleaseTestDiagnostics diagnostics{platform.configuration, platform.time, platform.time, platform.files,
-                                            platform.files};
-  ScreenshotStore store{{.settings = settings,
-                         .diagnostics = diagnostics,
-                         .paths = paths,
-                         .files = platform.files,
-                         .contents = platform.files,
-                         .clock = platform.time,
-                         .scheduler = platform.time,
-                         .thumbnails = platform.thumbnails,
-                         .log = platform.systemLog}};
   std::unique_ptr<IslandOverlayController> island;
 };
 

@@ -122,7 +122,50 @@ TEST_F(Show, aPanelThatIsShownWhileItLeavesStillGoesWhenTheExitEnds) {
   EXPECT_TRUE(panel().ignoresMouseEvents());
 }
 
+TEST_F(Show, aSizeThatIsChosenDuringTheEntryIsTheOneThatThePanelEndsWith) {
+  openHidden();
+  island->show(1);
+  platform.time.advanceBy(50ms);
+  settings.islandSize.set(IslandSize::large);
+  EXPECT_EQ(panel().frame(), corner());
+  platform.time.advanceBy(200ms);
+  EXPECT_EQ(panel().frame(), corner());
+  EXPECT_EQ(panel().frame().size, (Size{420, 420}));
+  EXPECT_EQ(panel().alpha(), 1.0);
+}
+
 class Hide : public IslandTest {};
+
+TEST_F(Hide, aPanelThatIsHiddenDuringItsEntryIsGoneWhenTheExitEndsAndStaysSo) {
+  openHidden();
+  island->show(1);
+  platform.time.advanceBy(50ms);
+  island->hide({.animated = true});
+  platform.time.advanceBy(119ms);
+  EXPECT_TRUE(panel().isVisible());
+  platform.time.advanceBy(1ms);
+  EXPECT_FALSE(panel().isVisible());
+  EXPECT_TRUE(panel().ignoresMouseEvents());
+  EXPECT_EQ(panel().alpha(), 1.0);  // for the next showing
+  platform.time.advanceBy(1s);
+  EXPECT_FALSE(panel().isVisible());
+  EXPECT_FALSE(state().showDismissProgress.get());
+  EXPECT_EQ(platform.time.pending(), 0U);
+}
+
+TEST_F(Hide, aPanelThatGoesAtOnceDuringItsEntryDoesNotComeBackWithTheEntrysEnd) {
+  openHidden();
+  putPointerOnPanel();
+  island->show(1);
+  platform.time.advanceBy(50ms);
+  island->hide({});
+  platform.log.clear();
+  platform.time.advanceBy(1s);
+  EXPECT_FALSE(panel().isVisible());
+  EXPECT_EQ(platform.log.calls(), Calls{});
+  EXPECT_FALSE(state().showDismissProgress.get());
+  EXPECT_EQ(platform.time.pending(), 0U);
+}
 
 TEST_F(Hide, anAnimatedExitFadesOutEightPointsDownward) {
   openShown();

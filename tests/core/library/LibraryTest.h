@@ -2,6 +2,7 @@
 #pragma once
 
 #include <gtest/gtest.h>
+#include <map>
 #include <memory>
 #include <optional>
 #include <set>
@@ -36,12 +37,14 @@ class LibraryRig {
   [[nodiscard]] ScreenshotStore::Dependencies dependencies(Scheduler& scheduler, ThumbnailRenderer& thumbnails) {
     return {.settings = settings,
             .diagnostics = *diagnostics,
+            .analytics = platform.analytics,
             .paths = paths,
             .files = platform.files,
             .contents = platform.files,
             .clock = platform.time,
             .scheduler = scheduler,
             .thumbnails = thumbnails,
+            .handOut = handOut,
             .log = platform.systemLog};
   }
 
@@ -81,6 +84,28 @@ class LibraryRig {
     }
     throw std::out_of_range(name + " is not in the library");
   }
+  // The selection by names without extensions: "primary | all in list order | anchor", with a dash for none and a
+  // question mark for what is not listed.
+  [[nodiscard]] std::string selection() const {
+    const auto nameOf = [&](const std::optional<Uuid>& id) -> std::string {
+      for (const ScreenshotItem& item : store->items.get()) {
+        if (item.id == id) {
+          return item.fileURL.stem();
+        }
+      }
+      return id ? "?" : "-";
+    };
+    std::set<Uuid> strangers = store->selectedItemIDs.get();
+    std::string all;
+    for (const ScreenshotItem& item : store->items.get()) {
+      all += strangers.erase(item.id) != 0 ? item.fileURL.stem() + " " : "";
+    }
+    for (std::size_t stranger = 0; stranger < strangers.size(); ++stranger) {
+      all += "? ";
+    }
+    return nameOf(store->selectedItemID.get()) + " | " + (all.empty() ? "- " : all) + "| " +
+           nameOf(store->selectionAnchorID);
+  }
   // The names that pinned.json holds now.
   [[nodiscard]] std::set<std::string> pinnedOnDisk() const {
     std::set<std::string> names;
@@ -99,6 +124,7 @@ class LibraryRig {
   const Date start = platform.time.now();
   AppPaths paths{platform.configuration, platform.files, platform.directories};
   AppSettings settings{platform.settingsDependencies()};
+  ItemHandOut handOut{platform.handOutDependencies()};
   std::unique_ptr<QuenlioReleaseTestDiagnostics> diagnostics;
   std::unique_ptr<ScreenshotStore> store;
 };
@@ -128,6 +154,42 @@ class Announcements {
   std::vector<std::string> list;
 
  private:
+  Subscription items_;
+  Subscription primary_;
+  Subscription selected_;
+};
+
+// The same by names, among what the fakes are asked to do: the order in which everything happens.
+class AnnouncementsInTheLog {
+ public:
+  explicit AnnouncementsInTheLog(LibraryRig& rig)
+      : items_(rig.store->items.subscribe([this, &log = rig.platform.log](const std::vector<ScreenshotItem>& items) {
+          std::string text = "items";
+          for (const ScreenshotItem& item : items) {
+            names_[item.id] = item.fileURL.lastPathComponent();
+            text += " " + names_[item.id];
+          }
+          log.add(text);
+        })),
+        primary_(rig.store->selectedItemID.subscribe([this, &log = rig.platform.log](const std::optional<Uuid>& id) {
+          log.add(id ? "primary " + names_[*id] : "primary");
+        })),
+        selected_(rig.store->selectedItemIDs.subscribe([this, &log = rig.platform.log](const std::set<Uuid>& ids) {
+          std::set<std::string> sorted;
+          for (const Uuid& id : ids) {
+            sorted.insert(names_[id]);
+          }
+          std::string text = "selected";
+          for (const std::string& name : sorted) {
+            text += " " + name;
+          }
+          log.add(text);
+        })) {
+    rig.platform.log.clear();
+  }
+
+ private:
+  std::map<Uuid, std::string> names_;
   Subscription items_;
   Subscription primary_;
   Subscription selected_;

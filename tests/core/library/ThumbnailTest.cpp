@@ -2,31 +2,10 @@
 #include <utility>
 
 #include "tests/core/library/LibraryTest.h"
+#include "tests/harness/SchedulerRecorder.h"
 
 namespace quenlio {
 namespace {
-
-// Virtual time that remembers how urgent work off the main thread is.
-class PriorityRecorder final : public Scheduler {
- public:
-  explicit PriorityRecorder(VirtualTime& time) : time_(time) {}
-  void post(Task task) override { time_.post(std::move(task)); }
-  [[nodiscard]] ScheduledTask after(Seconds delay, Task task) override { return time_.after(delay, std::move(task)); }
-  [[nodiscard]] ScheduledTask every(Seconds interval, Seconds tolerance, Task task) override {
-    return time_.every(interval, tolerance, std::move(task));
-  }
-  void detached(QualityOfService priority, Task task) override {
-    priorities.push_back(priority);
-    time_.detached(priority, std::move(task));
-  }
-  [[nodiscard]] std::unique_ptr<SerialQueue> makeSerialQueue(std::string label, QualityOfService quality) override {
-    return time_.makeSerialQueue(std::move(label), quality);
-  }
-  std::vector<QualityOfService> priorities;
-
- private:
-  VirtualTime& time_;
-};
 
 // Lets something happen on the main thread while a thumbnail is being rendered.
 class InterruptedRenderer final : public ThumbnailRenderer {
@@ -58,12 +37,12 @@ TEST_F(Thumbnails, anItemIsListedAtOnceWithoutAThumbnailWhichFollows) {
 }
 
 TEST_F(Thumbnails, theyAreMadeAtUtilityPriority) {
-  PriorityRecorder scheduler(platform.time);
+  SchedulerRecorder scheduler(platform.time);
   store = std::make_unique<ScreenshotStore>(dependencies(scheduler, platform.thumbnails));
   const FileURL url = file("a.png");
   store->ingestScreenshot(url, std::nullopt);
   store->refreshEditedScreenshot(url);
-  EXPECT_EQ(scheduler.priorities, (std::vector{QualityOfService::utility, QualityOfService::utility}));
+  EXPECT_EQ(scheduler.detachedPriorities, (std::vector{QualityOfService::utility, QualityOfService::utility}));
 }
 
 TEST_F(Thumbnails, aFileThatIsNoPictureStaysInTheListWithoutOne) {

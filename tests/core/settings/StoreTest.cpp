@@ -140,23 +140,23 @@ RC_GTEST_PROP(StoreProperty, anyPositionsComeBackAtTheNextStart, ()) {
   RC_ASSERT(bench.start().displayPositions == expected);
 }
 
+// The raw values of all cases in order, each of which leads back to its case.
+template <class Enumeration>
+std::vector<std::string_view> rawValues() {
+  std::vector<std::string_view> names;
+  for (const Enumeration value : allCases<Enumeration>()) {
+    names.push_back(rawValue(value));
+    EXPECT_EQ(fromRawValue<Enumeration>(names.back()), value);
+  }
+  return names;
+}
+
 TEST(RawValues, areTheCasesNamesInOrder) {
-  const std::vector<std::string> modes{"timed", "neverHide", "hideWhenInactive"};
-  const std::vector<std::string> sizes{"extraSmall", "small", "medium", "large", "xLarge"};
-  for (std::size_t i = 0; i < modes.size(); ++i) {
-    EXPECT_EQ(rawValue(static_cast<IslandDurationMode>(i)), modes[i]);
-    EXPECT_EQ(fromRawValue<IslandDurationMode>(modes[i]), static_cast<IslandDurationMode>(i));
-  }
-  for (std::size_t i = 0; i < sizes.size(); ++i) {
-    EXPECT_EQ(rawValue(static_cast<IslandSize>(i)), sizes[i]);
-    EXPECT_EQ(fromRawValue<IslandSize>(sizes[i]), static_cast<IslandSize>(i));
-  }
-  EXPECT_EQ(rawValue(IslandSide::right), "right");
-  EXPECT_EQ(rawValue(IslandSide::left), "left");
-  EXPECT_EQ(fromRawValue<IslandSide>("left"), IslandSide::left);
-  EXPECT_EQ(rawValue(ScreenshotLocationMode::automatic), "auto");
-  EXPECT_EQ(rawValue(ScreenshotLocationMode::manual), "manual");
-  EXPECT_EQ(fromRawValue<ScreenshotLocationMode>("auto"), ScreenshotLocationMode::automatic);
+  using Names = std::vector<std::string_view>;
+  EXPECT_EQ(rawValues<IslandDurationMode>(), (Names{"timed", "neverHide", "hideWhenInactive"}));
+  EXPECT_EQ(rawValues<IslandSize>(), (Names{"extraSmall", "small", "medium", "large", "xLarge"}));
+  EXPECT_EQ(rawValues<IslandSide>(), (Names{"right", "left"}));
+  EXPECT_EQ(rawValues<ScreenshotLocationMode>(), (Names{"auto", "manual"}));
 }
 
 TEST(RawValues, anyOtherTextIsNoCase) {

@@ -1,9 +1,5 @@
 #include "tests/desktop/session/Desk.h"
 
-#include <QtCore/QCoreApplication>
-#include <QtCore/QDeadlineTimer>
-#include <QtCore/QEventLoop>
-#include <QtCore/QTimer>
 #include <QtGui/QGuiApplication>
 #include <QtGui/QScreen>
 #include <cstdio>
@@ -18,25 +14,12 @@ namespace {
 using x11::Reply;
 
 Reply<xcb_get_property_reply_t> property(xcb_window_t window, const char* name) {
-  const auto cookie = xcb_get_property(x11::connection(), 0, window, x11::atom(name), XCB_GET_PROPERTY_TYPE_ANY, 0, 64);
+  const auto cookie =
+      xcb_get_property(x11::connection(), 0, window, x11::atom(name), XCB_GET_PROPERTY_TYPE_ANY, 0, 1024);
   return Reply<xcb_get_property_reply_t>(xcb_get_property_reply(x11::connection(), cookie, nullptr));
 }
 
 }  // namespace
-
-bool waitUntil(const std::function<bool()>& condition, std::chrono::milliseconds deadline) {
-  const QDeadlineTimer end(deadline);
-  // Wakes the loop when no event does: what other programs have done is seen by looking.
-  QTimer wake;
-  wake.start(5);
-  while (!condition()) {
-    if (end.hasExpired()) {
-      return false;
-    }
-    QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
-  }
-  return true;
-}
 
 bool run(const QString& program, const QStringList& arguments) {
   QProcess process;
@@ -178,24 +161,24 @@ void OtherProgram::askToClose(xcb_window_t window) {
 }
 
 bool OtherProgram::showAsBar(int height, int left, int right) {
-  create({left, 800 - height, right - left + 1, height});
+  const auto thickness = static_cast<std::uint32_t>(height);
+  return showBar(
+      {left, 800 - height, right - left + 1, height}, "_NET_WM_STRUT_PARTIAL",
+      {0, 0, 0, thickness, 0, 0, 0, 0, 0, 0, static_cast<std::uint32_t>(left), static_cast<std::uint32_t>(right)});
+}
+
+bool OtherProgram::showAsOlderBar(int height, int left, int right) {
+  return showBar({left, 800 - height, right - left + 1, height}, "_NET_WM_STRUT",
+                 {0, 0, 0, static_cast<std::uint32_t>(height)});
+}
+
+bool OtherProgram::showBar(const QRect& geometry, const char* property, const std::vector<std::uint32_t>& strut) {
+  create(geometry);
   const xcb_atom_t dock = x11::atom("_NET_WM_WINDOW_TYPE_DOCK");
   xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, window_, x11::atom("_NET_WM_WINDOW_TYPE"), XCB_ATOM_ATOM, 32,
                       1, &dock);
-  const std::uint32_t strut[12] = {0,
-                                   0,
-                                   0,
-                                   static_cast<std::uint32_t>(height),
-                                   0,
-                                   0,
-                                   0,
-                                   0,
-                                   0,
-                                   0,
-                                   static_cast<std::uint32_t>(left),
-                                   static_cast<std::uint32_t>(right)};
-  xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, window_, x11::atom("_NET_WM_STRUT_PARTIAL"),
-                      XCB_ATOM_CARDINAL, 32, 12, strut);
+  xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, window_, x11::atom(property), XCB_ATOM_CARDINAL, 32,
+                      static_cast<std::uint32_t>(strut.size()), strut.data());
   xcb_map_window(connection_, window_);
   xcb_flush(connection_);
   return waitUntil([this] { return isMapped(window_); });

@@ -1,21 +1,16 @@
-// What the tests of this program need around them: waiting for the desktop's answer, another program's window, the
-// pointer and the keys. Each wait looks again until its deadline and never counts on a length of time.
+// What the tests of this program need around them: another program's window, the pointer and the keys, the monitors.
 #pragma once
 
 #include <QtCore/QProcess>
 #include <QtCore/QRect>
 #include <QtGui/QColor>
-#include <chrono>
-#include <functional>
 #include <string>
 #include <vector>
 #include <xcb/xcb.h>
 
-namespace quenlio {
+#include "tests/desktop/WaitUntil.h"
 
-// Handles events until the condition holds; false when the deadline has passed first.
-[[nodiscard]] bool waitUntil(const std::function<bool()>& condition,
-                             std::chrono::milliseconds deadline = std::chrono::seconds(10));
+namespace quenlio {
 
 // Runs a program to its end; true when it ended with 0.
 bool run(const QString& program, const QStringList& arguments);
@@ -54,6 +49,8 @@ class OtherProgram {
   [[nodiscard]] bool showFullScreen();
   // Shows the window as a bar of this height along the bottom of the screen, or of a part of it.
   [[nodiscard]] bool showAsBar(int height, int left = 0, int right = 1279);
+  // The same for a bar that tells only how thick it is, as older ones do: the height then counts along the whole edge.
+  [[nodiscard]] bool showAsOlderBar(int height, int left = 0, int right = 1279);
   // Asks the window manager to close a window, as its own buttons and keys do.
   void askToClose(xcb_window_t window);
   [[nodiscard]] xcb_window_t window() const { return window_; }
@@ -61,6 +58,7 @@ class OtherProgram {
 
  private:
   void create(const QRect& geometry);
+  [[nodiscard]] bool showBar(const QRect& geometry, const char* property, const std::vector<std::uint32_t>& strut);
 
   xcb_connection_t* connection_;
   xcb_window_t window_;

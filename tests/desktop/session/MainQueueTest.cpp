@@ -2,6 +2,7 @@
 #include <QtCore/QAbstractEventDispatcher>
 #include <QtCore/QEventLoop>
 #include <QtCore/QTimer>
+#include <QtCore/QtGlobal>
 #include <algorithm>
 #include <atomic>
 #include <gmock/gmock.h>
@@ -192,6 +193,25 @@ TEST_F(MainQueueTest, aTimerWithToleranceSharesTheWakeUpOfALaterOne) {
   EXPECT_THAT(order, ElementsAre(1, 2));
   EXPECT_GE(tolerantFired, 60ms);
   EXPECT_EQ(wakeUpsAtFiring[0], wakeUpsAtFiring[1]);
+}
+
+// More milliseconds than the toolkit's timers count to, and more nanoseconds than the clock does.
+TEST_F(MainQueueTest, aTimerFarAwayWaitsAndLeavesTheOthersInPeace) {
+  static int complaints = 0;
+  complaints = 0;
+  const QtMessageHandler before =
+      qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) { ++complaints; });
+  const auto inAMonth = queue.after(24h * 30, noting(1));
+  const auto inCenturies = queue.after(Seconds(1e300), noting(1));
+  const auto everyCentury = queue.every(Seconds(1e300), Seconds(1e300), noting(1));
+  const auto soon = queue.after(20ms, noting(2));
+  const bool hasFired = waitForCount(1);
+  const auto later = queue.after(20ms, noting(3));  // armed anew, with only the far ones beside it
+  const bool hasFiredAgain = hasFired && waitForCount(2);
+  qInstallMessageHandler(before);
+  EXPECT_TRUE(hasFiredAgain);
+  EXPECT_THAT(order, ElementsAre(2, 3));
+  EXPECT_EQ(complaints, 0);
 }
 
 TEST_F(MainQueueTest, timersFireInsideATimersOwnLoop) {

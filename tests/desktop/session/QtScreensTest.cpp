@@ -87,25 +87,43 @@ TEST(QtScreens, visibleFrameLeavesOutTheDesktopsBars) {
 }
 
 // The window manager tells one work area for all screens together, which says nothing of a single one.
-TEST(QtScreens, visibleFrameOfEachOfSeveralScreensLeavesOutItsOwnBars) {
-  const QtScreens screens;
-  const TwoMonitors monitors;
-  const Rect<Screen> left{{0, 0}, {640, 800}};
-  const Rect<Screen> right{{640, 0}, {640, 800}};
-  const auto visible = [&screens] {
+class SeveralScreens : public testing::Test {
+ protected:
+  [[nodiscard]] std::vector<Rect<Screen>> visible() const {
     std::vector<Rect<Screen>> frames;
-    for (const ScreenInfo& screen : screens.screens()) {
+    for (const ScreenInfo& screen : screens_.screens()) {
       frames.push_back(screen.visibleFrame);
     }
     return frames;
-  };
-  ASSERT_EQ(visible(), (std::vector{left, right}));
+  }
+  [[nodiscard]] bool waitForVisible(const std::vector<Rect<Screen>>& frames) const {
+    return waitUntil([&] { return visible() == frames; });
+  }
+
+  static constexpr Rect<Screen> kLeft{{0, 0}, {640, 800}};
+  static constexpr Rect<Screen> kRight{{640, 0}, {640, 800}};
+  QtScreens screens_;
+  TwoMonitors monitors_;
+};
+
+TEST_F(SeveralScreens, visibleFrameOfEachLeavesOutItsOwnBars) {
+  ASSERT_EQ(visible(), (std::vector{kLeft, kRight}));
   {
     OtherProgram bar;
     ASSERT_TRUE(bar.showAsBar(30, 640, 1279));
-    EXPECT_TRUE(waitUntil([&] { return visible() == std::vector{left, Rect<Screen>{{640, 30}, {640, 770}}}; }));
+    EXPECT_TRUE(waitForVisible({kLeft, {{640, 30}, {640, 770}}}));
   }
-  EXPECT_TRUE(waitUntil([&] { return visible() == std::vector{left, right}; }));
+  EXPECT_TRUE(waitForVisible({kLeft, kRight}));
+}
+
+// It counts along the whole edge of the desktop, whatever the bar itself covers.
+TEST_F(SeveralScreens, aBarThatTellsOnlyItsThicknessTakesFromEachAlongItsEdge) {
+  {
+    OtherProgram bar;
+    ASSERT_TRUE(bar.showAsOlderBar(30, 640, 1279));
+    EXPECT_TRUE(waitForVisible({{{0, 30}, {640, 770}}, {{640, 30}, {640, 770}}}));
+  }
+  EXPECT_TRUE(waitForVisible({kLeft, kRight}));
 }
 
 constexpr QSize kDesktop{3200, 1080};

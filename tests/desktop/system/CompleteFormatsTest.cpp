@@ -94,6 +94,17 @@ TEST(CompletePDF, theEndOfAnAttachedDocumentIsNotTheEndOfTheDocument) {
   EXPECT_FALSE(isComplete("%PDF-1.7\n1 0 obj\n<< /Length 400 /Subtype /pdf >>\nstream\n" + inner));
 }
 
+// It may be whole: its places may count from its own beginning or from the file's.
+TEST(CompletePDF, aDocumentBehindOtherBytesIsNotCalledComplete) {
+  const std::string head = "%PDF-1.7\n";
+  const auto behind = [&](const std::string& bytes) {
+    const std::string table = std::to_string(bytes.size() + head.size());
+    return bytes + head + "xref\n0 1\ntrailer\n<<>>\nstartxref\n" + table + "\n%%EOF\n";
+  };
+  EXPECT_TRUE(isComplete(behind("")));
+  EXPECT_FALSE(isComplete(behind("other bytes\n")));
+}
+
 TEST(CompleteTIFF, aHeaderThatNamesNoDirectoryYetIsNotComplete) {
   const std::string bytes = samples::tiff({.order = std::endian::big});
   EXPECT_FALSE(isComplete(withNumber(bytes, 4, 0)));

@@ -1,4 +1,5 @@
 #include <array>
+#include <functional>
 #include <gtest/gtest.h>
 #include <sys/xattr.h>
 
@@ -8,6 +9,7 @@
 
 #include "tests/desktop/system/AttributeFolder.h"
 #include "tests/desktop/system/TemporaryFolder.h"
+#include "tests/fakes/FakeDesktop.h"
 
 namespace quenlio {
 namespace {
@@ -27,7 +29,8 @@ class MoveTest : public testing::Test {
   TemporaryFolder there{"/dev/shm"};
   OwnFiles own;
   LinuxClock clock;
-  LinuxFileManager files{own, clock};
+  FakeDirectories directories;
+  LinuxFileManager files{own, clock, directories};
 };
 
 TEST_F(MoveTest, aMoveGivesTheFileItsNewName) {
@@ -216,6 +219,49 @@ TEST_F(MoveTest, aCopyThatFailsLeavesNothingBehind) {
   EXPECT_FALSE(files.copyItemAtURL(here / "none", here / "c"));
   EXPECT_EQ(entryCount(here.url()), 2U);
   EXPECT_EQ(contents(here / "b"), "yours");
+}
+
+TEST_F(MoveTest, aCopyIsGivenUpWhenItsSourceChangesMeanwhile) {
+  const auto changes = std::to_array<std::function<void()>>({
+      [&] { writeFile(here / "a", "changed"); },
+      [&] {
+        const UniqueFd fd(::open((here / "a").path().c_str(), O_WRONLY | O_APPEND | O_CLOEXEC));
+        check(::write(fd.get(), "more", 4) == 4, "append");
+      },
+      [&] {
+        writeFile(here / "new", "another");
+        check(::rename((here / "new").path().c_str(), (here / "a").path().c_str()) == 0, "rename");
+      },
+  });
+  for (const auto& change : changes) {
+    writeFile(here / "a", "before");
+    FileCopy copy(own);
+    ASSERT_EQ(copy.make(here / "a", there.url(), Durability::onDisk), 0);
+    change();
+    const std::string now = contents(here / "a");
+    EXPECT_EQ(copy.takeOver((there / "b").path()), EBUSY);
+    EXPECT_EQ(contents(here / "a"), now);
+    EXPECT_EQ(entryCount(there.url()), 0U);
+  }
+}
+
+TEST_F(MoveTest, aCopyThatGetsNoNameIsRemovedAndASecondNameMayBeTried) {
+  writeFile(here / "a", "mine");
+  writeFile(there / "b", "yours");
+  {
+    FileCopy copy(own);
+    ASSERT_EQ(copy.make(here / "a", there.url(), Durability::onDisk), 0);
+    EXPECT_EQ(copy.takeOver((there / "b").path()), EEXIST);
+    EXPECT_EQ(contents(there / "b"), "yours");
+    EXPECT_EQ(entryCount(there.url()), 2U);
+  }
+  EXPECT_EQ(entryCount(there.url()), 1U);
+  FileCopy copy(own);
+  ASSERT_EQ(copy.make(here / "a", there.url(), Durability::onDisk), 0);
+  EXPECT_EQ(copy.takeOver((there / "b").path()), EEXIST);
+  EXPECT_EQ(copy.takeOver((there / "c").path()), 0);
+  EXPECT_EQ(contents(there / "c"), "mine");
+  EXPECT_FALSE(exists(here / "a"));
 }
 
 }  // namespace

@@ -16,6 +16,7 @@
 #include "tests/desktop/system/AttributeFolder.h"
 #include "tests/desktop/system/SampleFiles.h"
 #include "tests/desktop/system/TemporaryFolder.h"
+#include "tests/fakes/FakeDesktop.h"
 
 namespace quenlio {
 namespace {
@@ -34,7 +35,8 @@ class LinuxFileManagerTest : public testing::Test {
   AttributeFolder folder;
   OwnFiles own;
   StandingClock clock{LinuxClock().now()};
-  LinuxFileManager files{own, clock};
+  FakeDirectories directories;
+  LinuxFileManager files{own, clock, directories};
 };
 
 TEST_F(LinuxFileManagerTest, theListingHoldsTheDirectContentsWithTheirValues) {

@@ -120,6 +120,15 @@ TEST(ScreenshotNames, anyBytesAreReadWithoutHarm) {
   }));
 }
 
+// What lands in a folder that a desktop has made by itself is known as a screenshot by the folder alone.
+TEST(ScreenshotNames, everyFolderThatADesktopMakesIsOneOfTheFolderWords) {
+  const auto words = screenshotFolderWords();
+  for (const auto& [locale, name] : screenshotFolderNames()) {
+    EXPECT_EQ(std::ranges::count(words, name), 1) << locale;
+    EXPECT_EQ(std::ranges::count(screenshotFolderNames(), locale, &ScreenshotFolderName::locale), 1) << locale;
+  }
+}
+
 // The signs that stand for digits and marks in patterns must not hide in the words.
 TEST(ScreenshotNames, theWordsAreFreeOfThePatternsSigns) {
   for (const auto words : {screenshotWords(), screenshotFolderWords()}) {

@@ -22,19 +22,24 @@ ImageRef plainImage(const QSize& pixels, const QColor& colour) {
 
 Island::Island() {
   view = std::make_unique<IslandOverlayRootView>(
-      IslandOverlayRootViewModel{.store = store,
-                                 .settings = settings,
-                                 .presentationState = state,
-                                 .onHoverChanged = [this](bool hovering) { hovers.push_back(hovering); },
-                                 .onClose = [this] { ++closes; },
-                                 .onOpenQuickLook = {},
-                                 .onOpenEditor = {},
-                                 .onWindowDrag = [this](Size moved, bool ended) { drags.emplace_back(moved, ended); },
-                                 .onItemDragStateChanged = {},
-                                 .onRequestNewScreenshot = {},
-                                 .onRequestFolderAccess = [this] { ++folderRequests; }},
-      IslandOverlayRootView::Shell{
+      IslandOverlayRootViewModel{
+          .store = store,
+          .settings = settings,
+          .presentationState = state,
+          .dragDrop = dragDrop,
           .scheduler = platform.time,
+          .clock = platform.time,
+          .onHoverChanged = [this](bool hovering) { hovers.push_back(hovering); },
+          .onClose = [this] { ++closes; },
+          .onOpenQuickLook =
+              [this](const ScreenshotItem& item) { quickLooks.push_back(item.fileURL.lastPathComponent()); },
+          .onOpenEditor = [this](const ScreenshotItem& item) { editors.push_back(item.fileURL.lastPathComponent()); },
+          .onWindowDrag = [this](Size moved, bool ended) { drags.emplace_back(moved, ended); },
+          .onItemDragStateChanged = [this](bool dragging) { itemDrags.push_back(dragging); },
+          .onRequestNewScreenshot = {},
+          .onRequestFolderAccess = [this] { ++folderRequests; }},
+      IslandOverlayRootView::Shell{
+          .compositor = compositor,
           .sharpRendition =
               [this](const FileURL& url, QSize pixels, std::function<void(const ImageRef&)> completion) {
                 requests.push_back({url, pixels, std::move(completion)});

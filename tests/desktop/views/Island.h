@@ -10,19 +10,16 @@
 #include <utility>
 #include <vector>
 
-#include "core/identity/AppPaths.h"
 #include "core/island/IslandOverlayPresentationState.h"
-#include "core/library/ScreenshotStore.h"
-#include "core/settings/AppSettings.h"
 
 #include "desktop/render/QtImage.h"
 #include "desktop/views/island/IslandOverlayRootView.h"
 
-#include "tests/harness/TestPlatform.h"
+#include "tests/harness/TestLibrary.h"
 
 namespace quenlio {
 
-class Island {
+class Island : public TestLibrary {
  public:
   Island();
 
@@ -34,6 +31,7 @@ class Island {
                       double density = 1);
   [[nodiscard]] const ScreenshotItem& item(const std::string& name) const;
   void setSize(IslandSize size);
+  [[nodiscard]] IslandOverlayRoot& root() const { return view->root(); }
   // Runs all that is due, on the main queue and in Qt's.
   void settle();
 
@@ -50,23 +48,13 @@ class Island {
     std::function<void(const ImageRef&)> completion;
   };
 
-  TestPlatform platform;
-  AppSettings settings{platform.settingsDependencies()};
-  AppPaths paths{platform.configuration, platform.files, platform.directories};
-  QuenlioReleaseTestDiagnostics diagnostics{platform.configuration, platform.time, platform.time, platform.files,
-                                            platform.files};
-  ScreenshotStore store{{.settings = settings,
-                         .diagnostics = diagnostics,
-                         .paths = paths,
-                         .files = platform.files,
-                         .contents = platform.files,
-                         .clock = platform.time,
-                         .scheduler = platform.time,
-                         .thumbnails = platform.thumbnails,
-                         .log = platform.systemLog}};
+  CompositorWatch compositor;  // without a display one counts as there, until a test says otherwise
   IslandOverlayPresentationState state;
   std::vector<bool> hovers;
   std::vector<std::pair<Size, bool>> drags;
+  std::vector<std::string> quickLooks;  // file names
+  std::vector<std::string> editors;
+  std::vector<bool> itemDrags;
   int closes = 0;
   int folderRequests = 0;
   std::vector<PanelSurface> surfaces;

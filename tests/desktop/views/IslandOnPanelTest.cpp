@@ -1,28 +1,21 @@
 // The island's controller, its panel and its views, joined as in the program.
 #include <QtCore/QCoreApplication>
-#include <QtCore/QDeadlineTimer>
-#include <QtCore/QEventLoop>
-#include <QtCore/QTimer>
 #include <QtGui/QMouseEvent>
 #include <gtest/gtest.h>
 
-#include "core/detection/ScreenshotLocationResolver.h"
-#include "core/identity/AppPaths.h"
-#include "core/island/IslandOverlayController.h"
-#include "core/library/ScreenshotStore.h"
-
 #include "desktop/linux/session/QtPanel.h"
 #include "desktop/linux/session/QtScreens.h"
-#include "desktop/views/island/HandleRow.h"
 #include "desktop/views/island/MainPreview.h"
 #include "desktop/views/island/QtIslandShell.h"
+#include "desktop/views/island/ToolbarRow.h"
 
-#include "tests/harness/TestPlatform.h"
+#include "tests/desktop/WaitUntil.h"
+#include "tests/harness/TestLibrary.h"
 
 namespace quenlio {
 namespace {
 
-class IslandOnPanel : public testing::Test {
+class IslandOnPanel : public testing::Test, protected TestLibrary {
  protected:
   IslandOnPanel() {
     island_.show(std::nullopt);
@@ -30,18 +23,8 @@ class IslandOnPanel : public testing::Test {
   }
 
   void settle() {
-    platform_.time.runReady();
+    platform.time.runReady();
     QCoreApplication::processEvents();
-  }
-  // The panel's animations run in real time.
-  [[nodiscard]] static bool waitUntil(const std::function<bool()>& condition) {
-    const QDeadlineTimer end(10'000);
-    QTimer wake;
-    wake.start(5);
-    while (!condition() && !end.hasExpired()) {
-      QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
-    }
-    return condition();
   }
 
   [[nodiscard]] const QtPanel& panel() const { return static_cast<const QtPanel&>(island_.panel()); }
@@ -57,56 +40,35 @@ class IslandOnPanel : public testing::Test {
   }
 
   void mouse(QEvent::Type type, QPointF onScreen) {
-    auto& handle = find<HandleRow>();
+    auto& handle = find<ToolbarRow>();
     QMouseEvent event(type, handle.mapFromGlobal(onScreen), onScreen,
                       type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton,
                       type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton, Qt::NoModifier);
     QCoreApplication::sendEvent(&handle, &event);
   }
 
-  TestPlatform platform_;
   UserIntent intent_;
   CompositorWatch compositor_;
   QtScreens screens_;
   QtIslandShell shell_{
-      {.scheduler = platform_.time, .intent = intent_, .compositor = compositor_, .sharpRendition = {}}};
-  AppSettings settings_{platform_.settingsDependencies()};
-  AppPaths paths_{platform_.configuration, platform_.files, platform_.directories};
-  QuenlioReleaseTestDiagnostics diagnostics_{platform_.configuration, platform_.time, platform_.time, platform_.files,
-                                             platform_.files};
-  ScreenshotStore store_{{.settings = settings_,
-                          .diagnostics = diagnostics_,
-                          .paths = paths_,
-                          .files = platform_.files,
-                          .contents = platform_.files,
-                          .clock = platform_.time,
-                          .scheduler = platform_.time,
-                          .thumbnails = platform_.thumbnails,
-                          .log = platform_.systemLog}};
-  ScreenshotLocationResolver locations_{platform_.locationDependencies()};
-  IslandOverlayController island_{{.settings = settings_,
-                                   .store = store_,
-                                   .shell = shell_,
-                                   .screens = screens_,
-                                   .scheduler = platform_.time,
-                                   .clock = platform_.time,
-                                   .application = platform_.application,
-                                   .appearance = platform_.appearance,
-                                   .eventMonitors = platform_.eventMonitors,
-                                   .files = platform_.files,
-                                   .locations = locations_,
-                                   .onRequestNewScreenshot = [] {},
-                                   .onRequestFolderAccess = [] {}}};
+      {.scheduler = platform.time, .intent = intent_, .compositor = compositor_, .sharpRendition = {}}};
+  IslandOverlayController island_{islandDependencies(shell_, screens_)};
 };
 
 TEST_F(IslandOnPanel, aMoveThatIsHeldWhileThePanelGoesEndsWithIt) {
   ASSERT_TRUE(panel().isVisible());
+  platform.time.advanceBy(Seconds(1));  // past the entry
+  ASSERT_TRUE(island_.presentationState().showDismissProgress.get());
   mouse(QEvent::MouseButtonPress, {300, 300});
   mouse(QEvent::MouseMove, {280, 290});
-  ASSERT_TRUE(settings_.displayPositions.empty());
+  ASSERT_TRUE(settings.displayPositions.empty());
   island_.hide({});
   EXPECT_FALSE(panel().isVisible());
-  EXPECT_EQ(settings_.displayPositions.size(), 1U);  // kept at the end of a move
+  EXPECT_EQ(settings.displayPositions.size(), 1U);  // kept at the end of a move
+  // That end, too, would start a countdown.
+  EXPECT_FALSE(island_.presentationState().showDismissProgress.get());
+  platform.time.runReady();
+  EXPECT_EQ(platform.time.pending(), 0U);
   // The next move begins where the panel is then.
   island_.show(std::nullopt);
   ASSERT_TRUE(waitUntil([this] { return window().isVisible(); }));
@@ -127,10 +89,10 @@ TEST_F(IslandOnPanel, aCloseFromWithoutHidesTheIslandAndTheNextShowingBringsItBa
 }
 
 TEST_F(IslandOnPanel, aChangeOfSizeChangesTheFrameAndTheMetricsTogether) {
-  ASSERT_EQ(settings_.islandSize.get(), IslandSize::extraSmall);
-  settings_.islandSize.set(IslandSize::large);
+  ASSERT_EQ(settings.islandSize.get(), IslandSize::extraSmall);
+  settings.islandSize.set(IslandSize::large);
   // Nothing has run since: this is what the next painting would find.
-  EXPECT_EQ(window().size(), QSize(420, 420));
+  EXPECT_EQ(window().contentsRect().size(), QSize(420, 420));
   EXPECT_EQ(find<MainPreview>().height(),
             static_cast<int>(IslandLayoutMetrics::forSize(IslandSize::large).previewHeight));
   EXPECT_EQ(find<MainPreview>().width(), 420 - 2 * 12);

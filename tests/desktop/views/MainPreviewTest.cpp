@@ -6,6 +6,7 @@
 
 #include "desktop/views/common/Picture.h"
 #include "desktop/views/island/MainPreview.h"
+#include "desktop/views/island/ThumbnailCell.h"
 
 #include "tests/desktop/views/Island.h"
 
@@ -17,15 +18,28 @@ using testing::SizeIs;
 
 constexpr QPoint kMiddle{116, 99};  // of the preview in the smallest island
 
+// Without a compositor, and once everything stands still: what is painted is seen as it is.
+class OpaqueIsland : public Island {
+ public:
+  OpaqueIsland() {
+    compositor.isThere().set(false);
+    settle();
+  }
+  [[nodiscard]] QImage picture(double scale = 1) {
+    platform.time.advanceBy(Seconds(1));
+    return Island::picture(scale);
+  }
+};
+
 TEST(MainPreview, showsTheThumbnailAtOnce) {
-  Island island;
+  OpaqueIsland island;
   island.ingest("one.png");
   island.giveThumbnails(Qt::red);
   EXPECT_EQ(island.picture().pixelColor(kMiddle), QColor(Qt::red));
 }
 
 TEST(MainPreview, thePictureFillsItsPlaceWhateverTheCanvasLeavesFree) {
-  Island island;
+  OpaqueIsland island;
   island.ingest("one.png");
   island.giveThumbnails(Qt::red, {280, 220}, {280, 100});  // clear above and below
   const QImage picture = island.picture();
@@ -35,7 +49,7 @@ TEST(MainPreview, thePictureFillsItsPlaceWhateverTheCanvasLeavesFree) {
 }
 
 TEST(MainPreview, asksForNoMoreWhenTheThumbnailIsSharpEnough) {
-  Island island;
+  OpaqueIsland island;
   island.ingest("one.png");
   island.giveThumbnails(Qt::red);
   island.settle();
@@ -43,7 +57,7 @@ TEST(MainPreview, asksForNoMoreWhenTheThumbnailIsSharpEnough) {
 }
 
 TEST(MainPreview, asksForASharperPictureOnceWhereTheThumbnailHasTooFewPixels) {
-  Island island;
+  OpaqueIsland island;
   island.setSize(IslandSize::xLarge);
   island.ingest("one.png");
   island.giveThumbnails(Qt::red);
@@ -58,7 +72,7 @@ TEST(MainPreview, asksForASharperPictureOnceWhereTheThumbnailHasTooFewPixels) {
 }
 
 TEST(MainPreview, keepsTheThumbnailWhenThereIsNoSharperPicture) {
-  Island island;
+  OpaqueIsland island;
   island.setSize(IslandSize::xLarge);
   island.ingest("one.png");
   island.giveThumbnails(Qt::red);
@@ -69,7 +83,7 @@ TEST(MainPreview, keepsTheThumbnailWhenThereIsNoSharperPicture) {
 }
 
 TEST(MainPreview, anAnswerForAnItemNoLongerShownIsDropped) {
-  Island island;
+  OpaqueIsland island;
   island.setSize(IslandSize::xLarge);
   island.ingest("one.png");
   island.ingest("two.png");
@@ -86,7 +100,7 @@ TEST(MainPreview, anAnswerForAnItemNoLongerShownIsDropped) {
 }
 
 TEST(MainPreview, anAnswerAfterTheIslandIsGoneIsHarmless) {
-  Island island;
+  OpaqueIsland island;
   island.setSize(IslandSize::xLarge);
   island.ingest("one.png");
   island.giveThumbnails(Qt::red);
@@ -100,7 +114,7 @@ TEST(MainPreview, anAnswerAfterTheIslandIsGoneIsHarmless) {
 
 // What is not on the screen needs no memory, and nothing is decoded for it.
 TEST(MainPreview, keepsTheSharperPictureForAsLongAsItIsShown) {
-  Island island;
+  OpaqueIsland island;
   island.setSize(IslandSize::xLarge);
   island.ingest("one.png");
   island.giveThumbnails(Qt::red);
@@ -144,7 +158,7 @@ class Density : public testing::TestWithParam<std::tuple<double, double>> {
 
 TEST_P(Density, allCornersOfThePreviewsPictureAreRoundAlike) {
   const auto [scale, density] = GetParam();
-  Island island;
+  OpaqueIsland island;
   island.setSize(IslandSize::xLarge);
   island.ingest("one.png");
   island.giveThumbnails(Qt::red, (QSizeF(280, 220) * density).toSize(), (QSizeF(280, 140) * density).toSize(), density);
@@ -155,14 +169,15 @@ TEST_P(Density, allCornersOfThePreviewsPictureAreRoundAlike) {
 
 TEST_P(Density, allCornersOfACellsPictureAreRoundAlike) {
   const auto [scale, density] = GetParam();
-  Island island;
+  OpaqueIsland island;
   island.setSize(IslandSize::xLarge);
   island.ingest("one.png");
   island.ingest("two.png");
   island.giveThumbnails(Qt::red, (QSizeF(280, 220) * density).toSize(), (QSizeF(280, 140) * density).toSize(), density);
-  const QAbstractButton* cell = island.button("one.png");  // not the selected one, which has a ring
+  (void)island.picture(scale);  // by then the cells have come up
+  const auto* cell = dynamic_cast<ThumbnailCell*>(island.button("one.png"));  // not the selected one, which has a ring
   ASSERT_NE(cell, nullptr);
-  const QRectF place(cell->mapTo(island.view.get(), QPoint()), QSizeF(cell->size()));
+  const QRectF place = cell->square().translated(cell->parentWidget()->mapTo(island.view.get(), QPoint()));
   const QImage picture = island.picture(scale);
   const QPointF middle = place.center() * scale;
   EXPECT_GT(picture.pixelColor(middle.toPoint()).red(), 230);
@@ -187,7 +202,7 @@ INSTANTIATE_TEST_SUITE_P(Scales, Density,
 
 // The window keeps its size in points when it goes to a denser screen.
 TEST(MainPreview, asksForASharperPictureWhenAPointHasMorePixels) {
-  Island island;
+  OpaqueIsland island;
   island.ingest("one.png");
   island.giveThumbnails(Qt::red);
   EXPECT_EQ(island.picture(1).pixelColor(kMiddle), QColor(Qt::red));
@@ -201,7 +216,7 @@ TEST(MainPreview, asksForASharperPictureWhenAPointHasMorePixels) {
 
 // A capture may itself be clear at its edges, as a window's is that was captured with its shadow.
 TEST(MainPreview, aPictureWithClearBordersKeepsThem) {
-  Island island;
+  OpaqueIsland island;
   island.ingest("one.png");
   island.giveThumbnails(Qt::red, {280, 220}, {280, 158});
   QImage bordered(280, 220, QImage::Format_ARGB32_Premultiplied);

@@ -1,0 +1,27 @@
+// Giving a file another name, which must be free, within one file system. None of these ways ever overwrites anything,
+// also when another program takes the name at the same moment. They follow no link in the last component, and answer 0
+// or the error's number: EEXIST when something has the name, EXDEV across file systems. Any thread.
+#pragma once
+
+#include <fcntl.h>
+#include <string>
+#include <utility>
+
+namespace quenlio {
+
+// A path, or a name in an open folder, which stays open for as long as this is used.
+struct FilePlace {
+  FilePlace(std::string path) : name(std::move(path)) {}  // every path is a place
+  FilePlace(int openFolder, std::string nameInIt) : folder(openFolder), name(std::move(nameInIt)) {}
+
+  int folder = AT_FDCWD;
+  std::string name;
+};
+
+[[nodiscard]] int renameWithoutReplacing(const FilePlace& from, const FilePlace& to);
+
+// The two ways to the same end, for a file system whose rename can do no better than replace.
+[[nodiscard]] int linkAndUnlink(const FilePlace& from, const FilePlace& to);
+[[nodiscard]] int claimAndRename(const FilePlace& from, const FilePlace& to);
+
+}  // namespace quenlio

@@ -1,0 +1,11 @@
+// Texts come with the key glyphs of the platform that they were written for. Shown here, they name the keys as people
+// know them on this desktop: "Share (⇧⌘S)" is "Share (Ctrl+Shift+S)". Pure; any thread.
+#pragma once
+
+#include <QtCore/QString>
+
+namespace quenlio {
+
+[[nodiscard]] QString localWording(const QString& text);
+
+}  // namespace quenlio

@@ -1,0 +1,40 @@
+// A small round button of the name row: a symbol, and under the pointer a disc behind it. Main thread.
+#pragma once
+
+#include <string_view>
+
+#include "core/base/WeakOwner.h"
+#include "core/island/IslandThemeTokens.h"
+#include "core/platform/Scheduler.h"
+
+#include "desktop/views/common/Motion.h"
+#include "desktop/views/common/PaintedButton.h"
+
+namespace quenlio {
+
+class RowButton : public PaintedButton {
+ public:
+  // All outlive the button; the symbol is a literal.
+  RowButton(QWidget* row, std::string_view symbol, const char* name, Scheduler& scheduler, const Clock& clock);
+  ~RowButton() override;
+
+  void apply(const IslandThemeTokens& tokens);
+  // A button that is not revealed is there all the same: for the keyboard, which reveals it, and for screen readers.
+  void setRevealed(bool isRevealed);
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+  void focusInEvent(QFocusEvent* event) override;
+  void focusOutEvent(QFocusEvent* event) override;
+
+ private:
+  void turn();
+
+  WeakOwner<RowButton> weak_{this};
+  std::string_view symbol_;
+  IslandThemeTokens tokens_;
+  bool isRevealed_ = true;
+  Motion presence_;
+};
+
+}  // namespace quenlio

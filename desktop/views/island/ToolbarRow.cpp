@@ -1,0 +1,213 @@
+#include "desktop/views/island/ToolbarRow.h"
+
+#include <QtGui/QMouseEvent>
+#include <QtGui/QPainter>
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include "desktop/views/common/LocalWording.h"
+#include "desktop/views/common/Pixels.h"
+#include "desktop/views/common/QtColor.h"
+
+namespace quenlio {
+namespace {
+
+constexpr double kMinimumDistance = 1;  // points
+constexpr double kHoverTint = 0.10;
+constexpr double kPressedTint = 0.18;
+constexpr TimedCurve kFade{kEaseOut, Seconds(0.16)};
+const Spring kSpring = Spring::withResponse(Seconds(0.22), 0.84);
+
+struct Words {
+  const char* name;
+  const char* help;
+};
+// By ToolbarControlID.
+constexpr std::array<Words, kToolbarControls> kWords{{{"Copy", "Copy (⌘C)"},
+                                                      {"Edit", "Edit (⌘E)"},
+                                                      {"Share", "Share (⇧⌘S)"},
+                                                      {"View in Folder", "View in Folder (⌘O)"},
+                                                      {"Move to Trash", "Move to Trash (⌫)"},
+                                                      {"Close", "Close"}}};
+
+}  // namespace
+
+ToolbarRow::ToolbarRow(QWidget* parent, TooltipHost& tooltips, const Clock& clock, Callbacks callbacks)
+    : QWidget(parent),
+      callbacks_(std::move(callbacks)),
+      copy_(this, "doc.on.doc", tooltips.scheduler(), clock),
+      annotate_(this, "highlighter", tooltips.scheduler(), clock),
+      share_(this, "square.and.arrow.up", tooltips.scheduler(), clock),
+      folder_(this, "folder", tooltips.scheduler(), clock),
+      trash_(this, "trash", tooltips.scheduler(), clock),
+      close_(this, tooltips.scheduler(), clock),
+      tokens_(IslandThemeTokens::forAppearance(IslandAppearanceStyle::light, false)),
+      metrics_(IslandLayoutMetrics::forSize(IslandSize::extraSmall)),
+      pillX_(tooltips.scheduler(), clock, 0, weak_.bind([](ToolbarRow& self) { self.updatePill(); })),
+      pillStrength_(tooltips.scheduler(), clock, 0, weak_.bind([](ToolbarRow& self) { self.updatePill(); })) {
+  setCursor(Qt::OpenHandCursor);
+  for (std::size_t index = 0; index < kToolbarControls; ++index) {
+    const QString help = localWording(QString::fromUtf8(kWords.at(index).help));
+    controls_.at(index)->setAccessibleName(QString::fromUtf8(kWords.at(index).name));
+    controls_.at(index)->setAccessibleDescription(help);
+    tooltips_.at(index).emplace(tooltips, *controls_.at(index), help);
+  }
+  connectControls();
+  setHasSelectedItem(false);
+}
+
+ToolbarRow::~ToolbarRow() {
+  weak_.letGo();
+}
+
+void ToolbarRow::connectControls() {
+  for (std::size_t index = 0; index < kToolbarControls; ++index) {
+    const auto id = static_cast<ToolbarControlID>(index);
+    ToolbarControl& control = *controls_.at(index);
+    QObject::connect(&control, &QAbstractButton::clicked, this,
+                     weak_.bind([id](ToolbarRow& self, bool) { self.perform(id); }));
+    control.setCallbacks({.onPointerChanged = weak_.bind([](ToolbarRow& self) { self.movePill(); }),
+                          .onStep = weak_.bind([id](ToolbarRow& self, int step) { self.focusBeside(id, step); })});
+  }
+}
+
+void ToolbarRow::perform(ToolbarControlID control) {
+  const std::array<const std::function<void()>*, kToolbarControls> actions{
+      &callbacks_.onCopy,         &callbacks_.onEdit,  &callbacks_.onShare,
+      &callbacks_.onViewInFolder, &callbacks_.onTrash, &callbacks_.onClose};
+  const auto& action = *actions.at(static_cast<std::size_t>(control));
+  if (action) {
+    action();
+  }
+}
+
+void ToolbarRow::apply(const IslandThemeTokens& tokens, const IslandLayoutMetrics& metrics) {
+  tokens_ = tokens;
+  metrics_ = metrics;
+  for (ToolbarControl* control : controls_) {
+    control->apply(tokens, metrics);
+  }
+  layOut();
+  update();
+}
+
+void ToolbarRow::setHasSelectedItem(bool hasSelectedItem) {
+  for (ToolbarControl* control : controls_) {
+    control->setAvailable(hasSelectedItem || control == &close_);
+  }
+}
+
+// The actions stand together at the left end; the button that closes stands at the right one, never nearer to them than
+// two zones are.
+void ToolbarRow::layOut() {
+  const auto side = static_cast<int>(metrics_.toolbarControlSize);
+  const int top = (height() - side) / 2;
+  double left = metrics_.toolbarContentInset;
+  for (ToolbarControl* control : controls_) {
+    if (control != &close_) {
+      control->setGeometry(static_cast<int>(left), top, side, side);
+      left += metrics_.toolbarControlSize + metrics_.toolbarIconSpacing;
+    }
+  }
+  const double nearest = left - metrics_.toolbarIconSpacing + metrics_.toolbarZoneSpacing;
+  const double atEnd = width() - metrics_.toolbarContentInset - metrics_.toolbarControlSize;
+  close_.setGeometry(static_cast<int>(std::max(nearest, atEnd)), top, side, side);
+  movePill();
+}
+
+void ToolbarRow::resizeEvent(QResizeEvent* /*event*/) {
+  layOut();
+}
+
+// Under the control that the pointer is on. It slides there from where it is; when there is none to slide, it comes up
+// in its place.
+void ToolbarRow::movePill() {
+  const auto active = std::ranges::find_if(
+      controls_, [](const ToolbarControl* control) { return control->isActive() || control->isDown(); });
+  const ToolbarControl* control = active != controls_.end() ? *active : nullptr;
+  const double strength = control == nullptr ? 0 : control->isDown() ? kPressedTint : kHoverTint;
+  if (!isVisible()) {
+    pillStrength_.jumpTo(strength);
+  } else if (control != nullptr && pillStrength_.value() > 0) {
+    pillX_.animateTo(control->x(), kSpring);
+  } else if (control != nullptr) {
+    pillX_.jumpTo(control->x());
+  }
+  pillStrength_.animateTo(strength, kFade);
+}
+
+QRectF ToolbarRow::pill() const {
+  return {pillX_.value(), static_cast<double>(close_.y()), static_cast<double>(close_.width()),
+          static_cast<double>(close_.height())};
+}
+
+void ToolbarRow::updatePill() {
+  const QRect now = pill().toAlignedRect();
+  update(now);
+  update(pillDrawn_);
+  pillDrawn_ = now;
+}
+
+void ToolbarRow::paintEvent(QPaintEvent* /*event*/) {
+  if (pillStrength_.value() <= 0) {
+    return;
+  }
+  QPainter painter(this);
+  const QRectF body = pillX_.isRunning() ? pill() : snappedToPixels(painter, pill());
+  fillRounded(painter, body, body.height() / 2,
+              toQColor(tokens_.toolbarInteractionTint.opacity(pillStrength_.value())));
+}
+
+// Only controls that are of use, and none beyond the ends.
+void ToolbarRow::focusBeside(ToolbarControlID control, int step) {
+  const auto count = static_cast<int>(kToolbarControls);
+  for (int index = static_cast<int>(control) + step; index >= 0 && index < count; index += step) {
+    ToolbarControl* next = controls_.at(static_cast<std::size_t>(index));
+    if (next->isEnabled()) {
+      next->setFocus(step > 0 ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+      return;
+    }
+  }
+}
+
+void ToolbarRow::mousePressEvent(QMouseEvent* event) {
+  if (event->button() == Qt::LeftButton) {
+    drag_ = Drag{.pressedAt = event->globalPosition(), .translation = {}};
+    setCursor(Qt::ClosedHandCursor);
+  }
+}
+
+void ToolbarRow::mouseMoveEvent(QMouseEvent* event) {
+  if (!drag_) {
+    return;
+  }
+  const QPointF moved = event->globalPosition() - drag_->pressedAt;
+  drag_->hasStarted = drag_->hasStarted || std::hypot(moved.x(), moved.y()) >= kMinimumDistance;
+  if (drag_->hasStarted) {
+    drag_->translation = {moved.x(), moved.y()};
+    callbacks_.onWindowDrag(drag_->translation, false);
+  }
+}
+
+void ToolbarRow::mouseReleaseEvent(QMouseEvent* event) {
+  if (event->button() == Qt::LeftButton) {
+    endDrag();
+  }
+}
+
+// A row that goes away under the pointer hears no release.
+void ToolbarRow::hideEvent(QHideEvent* /*event*/) {
+  endDrag();
+  pillStrength_.jumpTo(0);
+}
+
+void ToolbarRow::endDrag() {
+  setCursor(Qt::OpenHandCursor);
+  const auto drag = std::exchange(drag_, std::nullopt);
+  if (drag && drag->hasStarted) {
+    callbacks_.onWindowDrag(drag->translation, true);
+  }
+}
+
+}  // namespace quenlio

@@ -1,0 +1,10 @@
+// One application for all tests of the program: Qt can have no second one.
+#include <QtWidgets/QApplication>
+#include <gtest/gtest.h>
+
+int main(int argc, char** argv) {
+  testing::InitGoogleTest(&argc, argv);
+  const QApplication application(argc, argv);
+  QApplication::setQuitOnLastWindowClosed(false);
+  return RUN_ALL_TESTS();
+}
