@@ -131,7 +131,8 @@ class DropTarget(Partner):
 
     def drops(self):
         """For each drop the action that was offered, and the addresses."""
-        dropped = [line.partition(" |")[0].split(" ") for line in self.lines() if line != self.READY]
+        dropped = [line.partition(" |")[0].split(" ") for line in self.lines()
+                   if line not in (self.READY, "over")]
         return [(words[0], words[1:]) for words in dropped]
 
 
