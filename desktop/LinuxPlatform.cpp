@@ -49,6 +49,7 @@ LinuxPlatform::LinuxPlatform(const LinuxProcessInfo& process, const LinuxMainBun
                              .files = files_,
                              .windows = windows_,
                              .appearance = appearance_,
+                             .compositor = compositor_,
                              .starter = programStarter_}),
       workspace_(programStarter_),
       draggingSessions_(compositor_),

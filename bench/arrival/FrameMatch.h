@@ -14,7 +14,7 @@ namespace quenlio::bench {
 struct Look {
   int frameWidth = 0;
   Area part;
-  std::uint32_t desktop = 0;  // 0xRRGGBB, everywhere, where there is no panel
+  std::uint32_t desktop = 0;  // 0xRRGGBB, everywhere, where there is not yet what fades in
   int mostRise = 0;           // how far down, in pixels, the part may be in a frame; the frame reaches that far
 };
 

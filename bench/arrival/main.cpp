@@ -33,6 +33,7 @@ using Milliseconds = std::chrono::duration<double, std::milli>;
 constexpr Area kSeen{.x = 0, .y = 35, .width = 232, .height = 164};  // of the panel: its picture and its name
 constexpr Area kName{.x = 12, .y = 167 - kSeen.y, .width = 208, .height = 24};
 constexpr Area kMiddle{.x = 96, .y = 84 - kSeen.y, .width = 40, .height = 30};
+constexpr Area kWell{.x = 12, .y = 99 - kSeen.y, .width = 1, .height = 1};  // beside the picture
 constexpr int kCloseX = 210;  // the middle of the control that closes the island
 constexpr int kCloseY = 18;
 constexpr int kMostRise = 8;
@@ -81,6 +82,15 @@ class Series {
     return {.frameWidth = kSeen.width, .part = part, .desktop = options_.desktop, .mostRise = kMostRise};
   }
 
+  // In a panel that is up a new picture comes in out of its well, and not the panel out of the desktop.
+  Look pictureOf(const Frame& final) const {
+    Look look = middle_;
+    if (!options_.hidden) {
+      look.desktop = final.pixels[static_cast<std::size_t>(kWell.y * kSeen.width + kWell.x)] & 0xffffff;
+    }
+    return look;
+  }
+
   Sample arrive(std::size_t index) {
     const Capture& capture = captures_[index % captures_.size()];
     const std::string path = options_.folder + "/" + fileName(index);
@@ -92,7 +102,7 @@ class Series {
       throw std::runtime_error("the island does not name " + path);
     }
     Sample sample{.named = since(closed, firstThatShows(name_, frames)),
-                  .pixels = since(closed, firstThatShows(middle_, frames)),
+                  .pixels = since(closed, firstThatShows(pictureOf(final), frames)),
                   .decoding = decoding(path)};
     earlier_ = final;
     if (options_.hidden) {

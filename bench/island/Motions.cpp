@@ -111,7 +111,11 @@ void watchEntry(const Island& island, int rounds, std::uint32_t desktop, const Q
   ScreenRegion screen(on(island, {.x = 0, .y = 0, .width = kSide, .height = kSide + kRise}));
   const ProcessorTime processor(island.pid);
   const auto show = [&command] {
-    if (!QProcess::startDetached(command.front(), command.mid(1))) {
+    QProcess process;
+    process.setProgram(command.front());
+    process.setArguments(command.mid(1));
+    process.setStandardOutputFile(QProcess::nullDevice());
+    if (!process.startDetached()) {
       throw std::runtime_error("nothing can be asked to show the island");
     }
   };

@@ -28,6 +28,7 @@ class Series {
   explicit Series(const PreviewSteps& options) : options_(options), screen_(options.seen), processor_(options.pid) {}
 
   void run() {
+    processor_.waitUntilIdle();  // the window has come up
     if (!showsCapture(screen_.look())) {
       throw std::runtime_error("the preview does not show the newest capture");
     }

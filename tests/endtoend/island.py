@@ -9,6 +9,7 @@ import pictures
 from harness import Session, wait_for
 from quenlio import Quenlio
 
+CELL_EDGE = 8  # pixels at the strip's ends, where cells fade
 PREVIEW_ENDING = " preview"  # of the name that the preview goes by, after that of the file
 
 
@@ -82,11 +83,17 @@ class IslandTest(unittest.TestCase):
         """Clicks a capture in the strip."""
         self.session.click_holding(*middle(self.cell(path)), modifiers)
 
+    def cells_in_sight(self):
+        """Those of the strip that a press would hit: others are scrolled away."""
+        found = self.objects()
+        left, _, width, _ = next(other["box"] for other in found if other["name"] == "Screenshots")
+        return [cell for cell in found
+                if cell["role"] == "list item" and left + CELL_EDGE <= middle(cell)[0] < left + width - CELL_EDGE]
+
     def cell(self, path):
-        def showing():
-            return next((found for found in self.objects()
-                         if found["name"] == Path(path).name and found["role"] == "list item"), None)
-        return wait_for(showing, f"the cell of {Path(path).name}")
+        def in_sight():
+            return next((cell for cell in self.cells_in_sight() if cell["name"] == Path(path).name), None)
+        return wait_for(in_sight, f"the cell of {Path(path).name}")
 
     def wait_to_say(self, name):
         wait_for(lambda: self.quenlio.says(name) or self.quenlio.must_run(), f"something named {name!r}")

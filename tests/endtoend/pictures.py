@@ -192,8 +192,8 @@ def veil(seen, whole):
 
 
 def farthest(data, other, width, height):
-    """How far the first picture is from the second, of the same size, in that cell and that channel in which they differ
-    most, when the first is seen before some even tone."""
+    """How far the first picture is from the second, of the same size, where they differ most: in one cell and one
+    channel, when the first is seen before some even tone."""
     grids = [[mean for cell, mean in enumerate(cells(pixels_of, width, height)) if not is_corner(cell)]
              for pixels_of in (data, other)]
     distances = []

@@ -98,7 +98,7 @@ class PanelWindow::Cover final : public QWidget {
   }
 };
 
-PanelWindow::PanelWindow(PanelLayer layer)
+PanelWindow::PanelWindow(const QRect& frame, PanelLayer layer)
     : QWidget(nullptr, Qt::Tool | Qt::FramelessWindowHint), layer_(layer), cover_(new Cover(this)) {
   setWindowFlag(Qt::WindowStaysOnTopHint, layer == PanelLayer::aboveOthers);
   setAttribute(Qt::WA_TranslucentBackground);
@@ -107,6 +107,7 @@ PanelWindow::PanelWindow(PanelLayer layer)
   setWindowTitle(QStringLiteral("Quenlio Island"));
   setAccessibleName(QStringLiteral("Quenlio Island"));
   setFocusPolicy(Qt::StrongFocus);
+  setGeometry(frame);  // before the window is made, so that nobody hears of another size
   winId();  // made now, so that the first showing need not wait for it
   windowHandle()->installEventFilter(this);
 }

@@ -34,7 +34,7 @@ struct PanelSurface {
 
 class PanelWindow final : public QWidget {
  public:
-  explicit PanelWindow(PanelLayer layer = PanelLayer::aboveOthers);
+  PanelWindow(const QRect& frame, PanelLayer layer);
 
   void setContent(std::unique_ptr<QWidget> content);
   [[nodiscard]] QWidget* content() const { return content_; }

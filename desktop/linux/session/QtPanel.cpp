@@ -22,8 +22,10 @@ double overlap(const Rect<Screen>& a, const Rect<Screen>& b) {
 
 QtPanel::QtPanel(const Rect<Screen>& contentRect, const UserIntent& intent, CompositorWatch& compositor,
                  PanelLayer layer)
-    : intent_(intent), window_(layer), animator_(*this), frame_(contentRect) {
-  applyFrame(contentRect);
+    : intent_(intent),
+      window_(ScreenGeometry::current().toQt(contentRect), layer),
+      animator_(*this),
+      frame_(contentRect) {
   compositorWatch_ = compositor.isThere().subscribe(
       weak_.bind([](QtPanel& self, bool isThere) { self.window_.setComposited(isThere); }));
   blurWatch_ = compositor.blursBehind().subscribe(

@@ -1,36 +1,19 @@
 #include "desktop/linux/session/QtSharingServicePicker.h"
 
-#include <QtGui/QIcon>
-#include <QtGui/QPalette>
 #include <QtWidgets/QMenu>
 #include <algorithm>
 
 #include "desktop/linux/session/Mail.h"
 #include "desktop/linux/session/QtPasteboard.h"
 #include "desktop/linux/session/ScreenGeometry.h"
+#include "desktop/linux/session/ShareMenuLook.h"
 
 namespace quenlio {
 namespace {
 
-QIcon iconOf(const DesktopEntry& entry) {
-  const QString name = QString::fromStdString(entry.icon);
-  QIcon icon = name.startsWith(u'/') ? QIcon(name) : QIcon::fromTheme(name);
-  return icon.isNull() ? QIcon::fromTheme(QStringLiteral("application-x-executable")) : icon;
-}
-
 // A single ampersand would underline what follows it.
 QString plainText(const std::string& text) {
   return QString::fromStdString(text).replace(u'&', QStringLiteral("&&"));
-}
-
-QPalette paletteFor(bool isDark) {
-  QPalette palette(isDark ? QColor(0x2b2d31) : QColor(0xf7f7f9));
-  palette.setColor(QPalette::WindowText, isDark ? QColor(0xf0f1f3) : QColor(0x1d1e20));
-  palette.setColor(QPalette::Text, palette.color(QPalette::WindowText));
-  palette.setColor(QPalette::ButtonText, palette.color(QPalette::WindowText));
-  palette.setColor(QPalette::Highlight, isDark ? QColor(0x3b82f6) : QColor(0x2563eb));
-  palette.setColor(QPalette::HighlightedText, Qt::white);
-  return palette;
 }
 
 // Where the menu's top left corner goes, so that it lies at this edge of the rectangle.
@@ -66,7 +49,9 @@ void QtSharingServicePicker::showRelativeToRect(const std::vector<FileURL>& item
   menu_ = std::make_unique<QMenu>();
   menu_->setObjectName(QStringLiteral("share"));
   menu_->setAccessibleName(QStringLiteral("Share"));
-  menu_->setPalette(paletteFor(dependencies_.appearance.isDarkAqua()));
+  dress(*menu_, {.isDark = dependencies_.appearance.isDarkAqua(),
+                 .increasesContrast = dependencies_.appearance.accessibilityDisplayShouldIncreaseContrast(),
+                 .isBlended = dependencies_.compositor.isThere().get()});
   fill(*menu_, items);
   menu_->popup(placeBeside(ScreenGeometry::current().toQt(onScreen), preferredEdge, menu_->sizeHint()));
 }
@@ -80,18 +65,16 @@ void QtSharingServicePicker::fill(QMenu& menu, const std::vector<FileURL>& items
     QObject::connect(menu.addAction(icon, text), &QAction::triggered, &menu, run);
   };
   for (const DesktopEntry& entry : programs.programsFor(types)) {
-    add(iconOf(entry), plainText(entry.name),
+    add(iconOf(entry, programs.dataFolders()), plainText(entry.name),
         [entry, items](QtSharingServicePicker& self) { self.dependencies_.starter.open(entry, items); });
   }
   menu.addSeparator();
   if (canComposeMail(programs)) {
-    add(QIcon::fromTheme(QStringLiteral("mail-send")), QStringLiteral("E-mail…"),
+    add(QIcon(), QStringLiteral("E-mail…"),
         [items](QtSharingServicePicker& self) { composeMail(items, self.dependencies_.starter); });
   }
-  add(QIcon::fromTheme(QStringLiteral("edit-copy")), QStringLiteral("Copy Path"),
-      [items](QtSharingServicePicker& /*self*/) { copyPaths(items); });
-  add(QIcon::fromTheme(QStringLiteral("document-save-as")), QStringLiteral("Save a Copy…"),
-      [items](QtSharingServicePicker& self) { self.saver_.save(items); });
+  add(QIcon(), QStringLiteral("Copy Path"), [items](QtSharingServicePicker& /*self*/) { copyPaths(items); });
+  add(QIcon(), QStringLiteral("Save a Copy…"), [items](QtSharingServicePicker& self) { self.saver_.save(items); });
 }
 
 }  // namespace quenlio

@@ -10,6 +10,7 @@
 #include "core/platform/Application.h"
 #include "core/platform/Sharing.h"
 
+#include "desktop/linux/session/CompositorWatch.h"
 #include "desktop/linux/session/CopySaver.h"
 #include "desktop/linux/session/ProgramStarter.h"
 
@@ -27,6 +28,7 @@ class QtSharingServicePicker final : public SharingServicePicker {
     FileManager& files;
     const Windows& windows;
     const Appearance& appearance;
+    CompositorWatch& compositor;
     ProgramStarter& starter;
   };
   explicit QtSharingServicePicker(const Dependencies& dependencies);

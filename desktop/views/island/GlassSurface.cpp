@@ -3,6 +3,7 @@
 #include <QtGui/QPaintEvent>
 #include <QtGui/QPainter>
 #include <cmath>
+#include <iterator>
 
 #include "core/geometry/ContinuousCorner.h"
 
@@ -12,6 +13,8 @@
 
 namespace quenlio {
 namespace {
+
+struct Body;
 
 constexpr double kUnderWindowBackgroundOpacity = 0.56;
 constexpr double kTopStrokeOpacity = 0.78;
@@ -90,14 +93,26 @@ void GlassSurface::strokeEdge(QPainter& painter) const {
 // A window without a compositor has no smooth edge: of its corners whole pixels are seen or not. Those that the body
 // covers in part are brought near the edge's tone, between those of the body and of most that is around it.
 void GlassSurface::takeCornersAway(QPainter& painter) const {
-  QPainterPath corners = continuousRectanglePath(rect(), cornerRadius_);
-  corners.addRect(QRectF(rect()));
-  corners.setFillRule(Qt::OddEvenFill);
-  painter.setRenderHint(QPainter::Antialiasing);
   const bool isOpaque = theme_.backing == GlassBacking::opaque;
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(isOpaque ? toQColor(theme_.material.edge) : QColor(Qt::black));
   painter.setCompositionMode(isOpaque ? QPainter::CompositionMode_SourceOver
                                       : QPainter::CompositionMode_DestinationOut);
-  painter.fillPath(corners, isOpaque ? toQColor(theme_.material.edge) : QColor(Qt::black));
+  const double side = width();
+  const double below = height();
+  const auto outline = continuousRectangle<Body>({{0, 0}, {side, below}}, cornerRadius_);
+  // A quarter of the outline's points belongs to each corner, in this order; what is outside lies between them and the
+  // corner itself.
+  const std::size_t quarter = outline.size() / 4;
+  const QPointF corners[] = {{0, 0}, {side, 0}, {side, below}, {0, below}};
+  for (std::size_t corner = 0; corner < std::size(corners); ++corner) {
+    QPolygonF outside{corners[corner]};
+    for (std::size_t at = corner * quarter; at < (corner + 1) * quarter; ++at) {
+      outside.append({outline[at].x, outline[at].y});
+    }
+    painter.drawPolygon(outside);
+  }
 }
 
 bool GlassSurface::isWellInside(const QRect& part) const {

@@ -2,6 +2,7 @@
 
 #include <QtGui/QGuiApplication>
 #include <QtGui/QScreen>
+#include <QtWidgets/QApplication>
 #include <algorithm>
 #include <memory>
 #include <utility>
@@ -93,6 +94,10 @@ void PreviewWindow::makeKeyAndOrderFront() {
 }
 
 void PreviewWindow::orderOut() {
+  // A window manager may pass a panel over when it looks for whom to give the keyboard.
+  if (panel_.isKeyWindow() && keyBefore_ && keyBefore_->isVisible()) {
+    keyBefore_->activateWindow();
+  }
   panel_.orderOut();
   wait_.cancel();
   files_.clear();
@@ -217,6 +222,7 @@ void PreviewWindow::present() {
 
 void PreviewWindow::comeUp() {
   if (!std::exchange(isUp_, true)) {
+    keyBefore_ = QApplication::activeWindow();
     panel_.setAlphaValue(0);
   }
   panel_.makeKeyAndOrderFront();

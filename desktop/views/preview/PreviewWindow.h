@@ -7,6 +7,7 @@
 #pragma once
 
 #include <QtCore/QPoint>
+#include <QtCore/QPointer>
 #include <cstddef>
 #include <functional>
 #include <optional>
@@ -48,7 +49,8 @@ class PreviewWindow {
   [[nodiscard]] std::size_t index() const { return index_; }
   // In front of other windows and with the keyboard, as soon as it has something to show.
   void makeKeyAndOrderFront();
-  // For good: what is being decoded is stopped.
+  // For good: what is being decoded is stopped, and the window of this program that had the keyboard before has it
+  // again.
   void orderOut();
 
  private:
@@ -85,7 +87,8 @@ class PreviewWindow {
   std::optional<Point<Screen>> centre_;  // of the window, once it has been given a place
   bool isDragged_ = false;               // to a place of the user's choice
   Patience patience_ = Patience::fresh;
-  ScheduledTask wait_;  // while the patience with a picture may change
+  ScheduledTask wait_;           // while the patience with a picture may change
+  QPointer<QWidget> keyBefore_;  // this came up
   bool wantsFront_ = false;
   bool isUp_ = false;        // with the window manager
   bool hasEntered_ = false;  // to be seen

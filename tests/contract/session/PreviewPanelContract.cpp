@@ -194,6 +194,21 @@ TEST_F(PreviewOnTheDesktop, comesAboveAnotherProgramAndStaysBelowTheIsland) {
   EXPECT_TRUE(onIsland());
 }
 
+TEST_F(PreviewOnTheDesktop, givesTheKeyboardBackToTheIsland) {
+  QtPanel island({{20, 20}, {80, 80}}, kind.intent, kind.compositor);
+  island.setContentView(std::make_unique<QWidget>());
+  kind.intent.note();
+  island.makeKeyAndOrderFront();
+  const auto islandHasKeyboard = [&island] {
+    return focusedWindow() == static_cast<xcb_window_t>(island.window().winId());
+  };
+  ASSERT_TRUE(waitUntil(islandHasKeyboard));
+  ASSERT_TRUE(openAndTakeKeyboard(0));
+  pressKeys(QStringLiteral("Escape"));
+  EXPECT_TRUE(comesToShow(std::nullopt));
+  EXPECT_TRUE(waitUntil(islandHasKeyboard));
+}
+
 TEST_F(PreviewOnTheDesktop, whoClosesItFromWithoutHasOrderedItOut) {
   OtherProgram other;
   ASSERT_TRUE(openAndTakeKeyboard(0));

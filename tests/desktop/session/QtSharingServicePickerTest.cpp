@@ -132,8 +132,12 @@ class QtSharingServicePickerTest : public QtPanelTest {
   QtEventMonitors monitors_;
   QtWindows windows_;
   ProgramStarter starter_{process_, directories_, windows_};
-  QtSharingServicePicker picker_{
-      {.scheduler = scheduler_, .files = files_, .windows = windows_, .appearance = appearance_, .starter = starter_}};
+  QtSharingServicePicker picker_{{.scheduler = scheduler_,
+                                  .files = files_,
+                                  .windows = windows_,
+                                  .appearance = appearance_,
+                                  .compositor = compositor_,
+                                  .starter = starter_}};
 };
 
 TEST_F(QtSharingServicePickerTest, listsThePrograms) {
