@@ -54,13 +54,13 @@ LinuxPlatform::LinuxPlatform(const LinuxProcessInfo& process, const LinuxMainBun
       workspace_(programStarter_),
       draggingSessions_(compositor_),
       previewPanel_({.scheduler = scheduler_,
-                     .intent = intent,
                      .compositor = compositor_,
                      .appearance = appearance_,
                      .pictures = PictureSource::from(decoder_)}) {}
 
 LinuxPlatform::~LinuxPlatform() {
   previewPanel_.orderOut();
+  pasteboard_.handOver();
   decoder_.stop();
 }
 

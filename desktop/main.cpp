@@ -5,6 +5,7 @@
 #include <malloc.h>
 #include <memory>
 #include <optional>
+#include <stop_token>
 
 #include "core/app/AppDelegate.h"
 #include "core/editor/ScreenshotEditorManager.h"
@@ -31,14 +32,20 @@ void keepMemorySmall() {
 // Pictures for the preview where it shows more pixels than a thumbnail has.
 SharpRendition sharpRendition(Scheduler& scheduler, const ImageDecoder& decoder) {
   return [&scheduler, &decoder](const FileURL& url, QSize pixels, std::function<void(const ImageRef&)> completion) {
+    const auto stopping = std::make_shared<std::stop_source>();
     scheduler.detached(
-        QualityOfService::userInitiated, [&scheduler, &decoder, url, pixels, completion = std::move(completion)] {
-          const auto decoded = decoder.decode(url, pixels, true);
+        QualityOfService::userInitiated,
+        [&scheduler, &decoder, url, pixels, stop = stopping->get_token(), completion = std::move(completion)] {
+          if (stop.stop_requested()) {
+            return;
+          }
+          const auto decoded = decoder.decode(url, pixels, true, stop);
           ImageRef image = decoded ? std::make_shared<QtImage>(
                                          decoded->image, Size{decoded->pointSize.width(), decoded->pointSize.height()})
                                    : nullptr;
           scheduler.post([completion, image = std::move(image)] { completion(image); });
         });
+    return Subscription([stopping] { stopping->request_stop(); });
   };
 }
 

@@ -2,8 +2,8 @@
 // log that only grows. Call it from anywhere, on any thread, at any time: when diagnostics are off, a call costs one
 // test and leaves no trace. Owned by the composition root.
 //
-// One serial queue guards the state and both files, and callers wait for the write; loadPersistedState() alone goes past
-// it and reads what is in the file. No failure is ever reported: diagnostics must not disturb the product.
+// One serial queue guards the state and both files, and callers wait for the write; loadPersistedState() alone goes
+// past it and reads what is in the file. No failure is ever reported: diagnostics must not disturb the product.
 #pragma once
 
 #include <functional>

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <numbers>
 
 namespace quenlio {
 namespace {
@@ -38,11 +37,6 @@ double progress(const TimingCurve& curve, double share) {
     (at(curve.controlPoints[0], curve.controlPoints[2], middle) < share ? low : high) = middle;
   }
   return at(curve.controlPoints[1], curve.controlPoints[3], (low + high) / 2);
-}
-
-Spring Spring::withResponse(Seconds response, double dampingFraction) {
-  const double frequency = 2 * std::numbers::pi / response.count();
-  return {.mass = 1, .stiffness = frequency * frequency, .damping = 2 * dampingFraction * frequency};
 }
 
 // The damped harmonic oscillator x'' = -2 z w x' - w^2 x with x(0) = 1 and x'(0) = 0.

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <array>
+#include <numbers>
 
 #include "core/base/Date.h"
 
@@ -16,6 +17,13 @@ inline constexpr TimingCurve kEaseIn{{0.42, 0.0, 1.0, 1.0}};
 inline constexpr TimingCurve kEaseOut{{0.0, 0.0, 0.58, 1.0}};
 inline constexpr TimingCurve kEaseInOut{{0.42, 0.0, 0.58, 1.0}};
 
+// A timing curve over this long.
+struct TimedCurve {
+  TimingCurve curve;
+  Seconds duration;
+  bool operator==(const TimedCurve&) const = default;
+};
+
 // share and result from 0 to 1; what lies outside is clamped to the ends.
 [[nodiscard]] double progress(const TimingCurve& curve, double share);
 
@@ -27,9 +35,14 @@ struct Spring {
 
   // By the time of one undamped swing, and how much of the critical damping there is, 0 to 1: mass 1, stiffness
   // (2 pi / response) squared, damping 4 pi fraction / response.
-  [[nodiscard]] static Spring withResponse(Seconds response, double dampingFraction);
+  [[nodiscard]] static constexpr Spring withResponse(Seconds response, double dampingFraction);
   bool operator==(const Spring&) const = default;
 };
+
+constexpr Spring Spring::withResponse(Seconds response, double dampingFraction) {
+  const double frequency = 2 * std::numbers::pi / response.count();
+  return {.mass = 1, .stiffness = frequency * frequency, .damping = 2 * dampingFraction * frequency};
+}
 
 // 0 at the start; towards 1, and past it for a while when the damping is less than critical.
 [[nodiscard]] double progress(const Spring& spring, Seconds elapsed);

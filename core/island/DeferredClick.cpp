@@ -9,7 +9,7 @@ DeferredClick::DeferredClick(Scheduler& scheduler, const Clock& clock, Callbacks
     : scheduler_(scheduler), clock_(clock), callbacks_(std::move(callbacks)) {}
 
 void DeferredClick::pressed(bool isSecond) {
-  wait_.cancel();
+  stopWaiting();
   isSecond_ = isSecond;
   pressedAt_ = clock_.monotonic();
 }
@@ -24,11 +24,19 @@ void DeferredClick::clicked(Seconds doubleClickTime) {
     self.wait_ = {};
     self.callbacks_.onClick();
   }));
+  callbacks_.onMayBecomeClick();
 }
 
 void DeferredClick::cancel() {
-  wait_.cancel();
   isSecond_ = false;
+  stopWaiting();
+}
+
+void DeferredClick::stopWaiting() {
+  if (isWaiting()) {
+    wait_.cancel();
+    callbacks_.onNoClick();
+  }
 }
 
 }  // namespace quenlio

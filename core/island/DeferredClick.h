@@ -1,5 +1,5 @@
 // Tells a click from a double click where each means something of its own: a single one counts only once the time for
-// a second has passed. Owned by the view that is clicked. Main thread.
+// a second has passed. What it will lead to may be begun meanwhile. Owned by the view that is clicked. Main thread.
 #pragma once
 
 #include <functional>
@@ -12,7 +12,10 @@ namespace quenlio {
 class DeferredClick {
  public:
   struct Callbacks {
+    // The time begins in which a second one would make it a double click. onClick or onNoClick follows.
+    std::function<void()> onMayBecomeClick;
     std::function<void()> onClick;
+    std::function<void()> onNoClick;
     std::function<void()> onDoubleClick;
   };
   // Both outlive this.
@@ -31,6 +34,8 @@ class DeferredClick {
   [[nodiscard]] bool isWaiting() const { return static_cast<bool>(wait_); }
 
  private:
+  void stopWaiting();
+
   Scheduler& scheduler_;
   const Clock& clock_;
   Callbacks callbacks_;

@@ -31,7 +31,7 @@ bool IslandAutoDismiss::shouldRemainVisible() const {
 void IslandAutoDismiss::scheduleHideIfNeeded() {
   disarm();
   const IslandDurationMode mode = dependencies_.announced.islandDurationMode;
-  if (!dependencies_.panel.isVisible() || shouldRemainVisible() || mode == IslandDurationMode::neverHide) {
+  if (hasEnded_ || !dependencies_.panel.isVisible() || shouldRemainVisible() || mode == IslandDurationMode::neverHide) {
     return;
   }
   const bool isTimed = mode == IslandDurationMode::timed;
@@ -53,6 +53,11 @@ void IslandAutoDismiss::scheduleHideIfNeeded() {
 void IslandAutoDismiss::disarm() {
   hideWorkItem_.cancel();
   stopDismissProgress();
+}
+
+void IslandAutoDismiss::end() {
+  hasEnded_ = true;
+  disarm();
 }
 
 void IslandAutoDismiss::startDismissProgress(Seconds duration) {

@@ -49,6 +49,8 @@ class IslandAutoDismiss {
   void scheduleHideIfNeeded();
   // Ends a pending hide and the ring.
   void disarm();
+  // The same for good: nothing is armed any more.
+  void end();
 
  private:
   void startDismissProgress(Seconds duration);
@@ -56,6 +58,7 @@ class IslandAutoDismiss {
   void tick(std::chrono::nanoseconds start, Seconds duration);
 
   Dependencies dependencies_;
+  bool hasEnded_ = false;
   ScheduledTask hideWorkItem_;
   ScheduledTask dismissProgressTimer_;
   WeakOwner<IslandAutoDismiss> weak_{this};

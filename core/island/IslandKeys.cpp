@@ -7,6 +7,7 @@
 
 #include "core/base/Text.h"
 #include "core/island/IslandOverlayPresentationState.h"
+#include "core/island/KeyboardToContent.h"
 #include "core/library/QuickLookPreviewController.h"
 #include "core/library/ScreenshotStore.h"
 #include "core/platform/PreviewPanel.h"
@@ -78,7 +79,13 @@ bool IslandKeys::handleKeyEvent(const KeyEvent& event) {
     return false;
   }
   const auto* row = std::ranges::find_if(kTable, [&](const Row& candidate) { return candidate.matches(event); });
-  return row != std::end(kTable) && perform(row->command, event);
+  if (row == std::end(kTable)) {
+    return false;
+  }
+  // A key that is held down goes on along the strip. Everything else happens once a press: what toggles would flicker,
+  // and one press may not empty the library.
+  const bool isDone = event.isARepeat && row->command != Command::arrow;
+  return isDone || perform(row->command, event);
 }
 
 bool IslandKeys::perform(Command command, const KeyEvent& event) {
@@ -127,7 +134,7 @@ bool IslandKeys::handleQuickLookShortcut() {
   if (isPreviewVisible()) {
     dependencies_.previewPanel.orderOut();
     dependencies_.panel.makeKeyWindow();
-    dependencies_.panel.makeContentViewFirstResponder();
+    giveKeyboardToContent(dependencies_.panel);
     return true;
   }
   const ScreenshotItem* selected = dependencies_.store.selectedItem();
@@ -177,8 +184,9 @@ void IslandKeys::openQuickLook(const ScreenshotItem& item) {
   dependencies_.quickLook.preview(item.fileURL, allFileURLs());
 }
 
+// By the selection itself: what is not selected is neither renamed nor edited, even where it is what others act on.
 bool IslandKeys::isOneSelected() const {
-  return dependencies_.store.selectedItems().size() == 1;
+  return dependencies_.store.selectedItemIDs.get().size() == 1 && dependencies_.store.selectedItem() != nullptr;
 }
 
 bool IslandKeys::isPreviewVisible() const {

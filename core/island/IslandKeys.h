@@ -34,7 +34,8 @@ class IslandKeys {
   };
   explicit IslandKeys(Dependencies dependencies) : dependencies_(std::move(dependencies)) {}
 
-  // True when the key has been used. While a text field has the keyboard no key is.
+  // True when the key has been used. While a text field has the keyboard no key is. A button of the island's own window
+  // that has the keyboard is pressed by Return, Enter and Space, which do not come here then; all other keys do.
   bool handleKeyEvent(const KeyEvent& event);
   // The preview window on all screenshots, at this one.
   void openQuickLook(const ScreenshotItem& item);

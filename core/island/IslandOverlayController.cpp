@@ -9,6 +9,8 @@
 #include "core/island/IslandLayoutMetrics.h"
 #include "core/island/IslandOverlayRootViewModel.h"
 #include "core/island/IslandShell.h"
+#include "core/island/KeyboardToContent.h"
+#include "core/library/QuickLookPreviewController.h"
 #include "core/library/ScreenshotStore.h"
 #include "core/permissions/OnboardingPermissionService.h"
 #include "core/platform/Application.h"
@@ -19,11 +21,9 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr double kScreenMargin = 12;
 constexpr double kEntryRise = 6;  // points
 constexpr double kExitSlide = 8;  // points
 constexpr Seconds kEntryDuration = 0.12s;
-constexpr Seconds kPointerRecheckDelay = 0.14s;  // just after the entry has ended
 constexpr Seconds kAppearanceTransition = 0.16s;
 constexpr TimingCurve kEntryCurve{{0.22, 1.0, 0.36, 1.0}};
 constexpr HideMotion kSlideOut{.animated = true};
@@ -38,6 +38,8 @@ IslandOverlayController::IslandOverlayController(Dependencies dependencies)
                  .islandDurationSeconds = dependencies_.settings.islandDurationSeconds.get()} {
   const double side = IslandLayoutMetrics::panelSide(announced_.islandSize);
   panel_ = dependencies_.shell.makePanel({{0, 0}, {side, side}});
+  placement_.emplace(
+      IslandPlacement::Dependencies{.panel = *panel_, .screens = dependencies_.screens, .store = dependencies_.store});
   autoDismiss_.emplace(IslandAutoDismiss::Dependencies{
       .announced = announced_,
       .settings = dependencies_.settings,
@@ -48,6 +50,10 @@ IslandOverlayController::IslandOverlayController(Dependencies dependencies)
       .clock = dependencies_.clock,
       .hide = weak_.bind([](IslandOverlayController& self) { self.hide(kSlideOut); }),
   });
+  hover_.emplace(IslandHover::Dependencies{.panel = *panel_,
+                                           .screens = dependencies_.screens,
+                                           .scheduler = dependencies_.scheduler,
+                                           .autoDismiss = *autoDismiss_});
   keys_.emplace(IslandKeys::Dependencies{
       .store = dependencies_.store,
       .presentationState = presentationState_,
@@ -93,9 +99,13 @@ IslandOverlayRootViewModel IslandOverlayController::rootViewModel() {
       .dragDrop = dependencies_.dragDrop,
       .scheduler = dependencies_.scheduler,
       .clock = dependencies_.clock,
-      .onHoverChanged = weak_.bind([](Self& self, bool hovering) { self.hoverChanged(hovering); }),
+      .onHoverChanged = weak_.bind([](Self& self, bool hovering) { self.hover_->changed(hovering); }),
+      .onMenuClosed = weak_.bind([](Self& self) { self.hover_->syncWithCurrentPointer(); }),
       .onClose = weak_.bind([](Self& self) { self.hideFromCloseButton(); }),
       .onOpenQuickLook = weak_.bind([](Self& self, const ScreenshotItem& item) { self.keys_->openQuickLook(item); }),
+      .onPrepareQuickLook = weak_.bind(
+          [](Self& self, const ScreenshotItem& item) { self.dependencies_.quickLook.prepare(item.fileURL); }),
+      .onDropPreparedQuickLook = weak_.bind([](Self& self) { self.dependencies_.quickLook.dropPrepared(); }),
       .onOpenEditor = weak_.bind([](Self& self, const ScreenshotItem& item) { self.openEditor(item); }),
       .onWindowDrag = weak_.bind([](Self& self, Size translation, bool ended) { self.dragPanel(translation, ended); }),
       .onItemDragStateChanged = weak_.bind([](Self& self, bool dragging) { self.itemDragStateChanged(dragging); }),
@@ -139,45 +149,12 @@ void IslandOverlayController::bindSettings() {
 
 void IslandOverlayController::sizeChanged(IslandSize size) {
   announced_.islandSize = size;
-  const auto screen = panel_->isVisible() ? targetScreenForPanelUpdates() : std::nullopt;
+  const auto screen = panel_->isVisible() ? placement_->targetScreenForPanelUpdates() : std::nullopt;
   if (screen) {
-    lastPresentedDisplayID_ = ScreenUtilities::displayID(*screen);
-    panel_->setFrame(desiredFrame(*screen, size));
+    placement_->lastPresentedDisplayID = ScreenUtilities::displayID(*screen);
+    panel_->setFrame(IslandPlacement::desiredFrame(*screen, size));
     applyAppearanceStyle(false);
   }
-}
-
-Rect<Screen> IslandOverlayController::desiredFrame(const ScreenInfo& screen, IslandSize size) {
-  const double side = IslandLayoutMetrics::panelSide(size);
-  const Rect<Screen>& visible = screen.visibleFrame;
-  const Point<Screen> corner{visible.maxX() - side - kScreenMargin, visible.minY() + kScreenMargin};
-  return {clampedOrigin(corner, {side, side}, visible), {side, side}};
-}
-
-std::optional<ScreenInfo> IslandOverlayController::resolveTargetScreen(
-    std::optional<DisplayID> preferredDisplayID) const {
-  if (preferredDisplayID) {
-    for (const ScreenInfo& screen : dependencies_.screens.screens()) {
-      if (ScreenUtilities::displayID(screen) == preferredDisplayID) {
-        return screen;
-      }
-    }
-  }
-  return ScreenUtilities::activeScreen(dependencies_.screens);
-}
-
-std::optional<ScreenInfo> IslandOverlayController::targetScreenForPanelUpdates() const {
-  if (lastPresentedDisplayID_) {
-    return resolveTargetScreen(lastPresentedDisplayID_);
-  }
-  if (auto screen = panel_->screen()) {
-    return screen;
-  }
-  const ScreenshotItem* selected = dependencies_.store.selectedItem();
-  if (selected != nullptr && selected->sourceDisplayID) {
-    return resolveTargetScreen(selected->sourceDisplayID);
-  }
-  return resolveTargetScreen(ScreenUtilities::activeDisplayID(dependencies_.screens));
 }
 
 void IslandOverlayController::show(std::optional<DisplayID> preferredDisplayID) {
@@ -185,12 +162,12 @@ void IslandOverlayController::show(std::optional<DisplayID> preferredDisplayID) 
     return;
   }
   refreshFolderAccessState();
-  const auto screen = resolveTargetScreen(preferredDisplayID);
+  const auto screen = placement_->resolveTargetScreen(preferredDisplayID);
   if (!screen) {
     return;
   }
-  lastPresentedDisplayID_ = ScreenUtilities::displayID(*screen);
-  const Rect<Screen> frame = desiredFrame(*screen, announced_.islandSize);
+  placement_->lastPresentedDisplayID = ScreenUtilities::displayID(*screen);
+  const Rect<Screen> frame = IslandPlacement::desiredFrame(*screen, announced_.islandSize);
   const bool wasVisible = panel_->isVisible();
   panel_->setCollectionBehavior(kCollectionBehaviorIsland);
   panel_->setLevel(kStatusWindowLevel);
@@ -205,13 +182,11 @@ void IslandOverlayController::show(std::optional<DisplayID> preferredDisplayID) 
   }
   panel_->makeKeyAndOrderFront();
   panel_->invalidateShadow();
-  panel_->makeContentViewFirstResponder();
+  giveKeyboardToContent(*panel_);
   applyAppearanceStyle(false);
-  syncHoverStateWithCurrentPointer();
+  hover_->syncWithCurrentPointer();
   if (!wasVisible) {
-    pointerRecheck_ = dependencies_.scheduler.after(kPointerRecheckDelay, weak_.bind([](IslandOverlayController& self) {
-      self.syncHoverStateWithCurrentPointer();
-    }));
+    hover_->syncAfterEntry();
   }
   autoDismiss_->scheduleHideIfNeeded();
 }
@@ -238,8 +213,8 @@ void IslandOverlayController::orderOut() {
 }
 
 void IslandOverlayController::endDelayedWork() {
-  autoDismiss_->disarm();
-  pointerRecheck_.cancel();
+  autoDismiss_->end();
+  hover_->end();
 }
 
 void IslandOverlayController::hideFromCloseButton() {
@@ -270,19 +245,11 @@ void IslandOverlayController::dragPanel(Size translation, bool ended) {
   dragStartOrigin_.reset();
   const auto screen = panel_->screen();
   if (const auto displayID = screen ? ScreenUtilities::displayID(*screen) : std::nullopt) {
-    lastPresentedDisplayID_ = displayID;
+    placement_->lastPresentedDisplayID = displayID;
     dependencies_.settings.displayPositions[std::to_string(*displayID)] = {origin.x, origin.y};
     dependencies_.settings.storePositions();
   }
   autoDismiss_->isWindowDragging = false;
-  autoDismiss_->scheduleHideIfNeeded();
-}
-
-void IslandOverlayController::hoverChanged(bool hovering) {
-  autoDismiss_->isHovered = hovering;
-  if (hovering) {
-    makeKeyWithContentFirstResponder();
-  }
   autoDismiss_->scheduleHideIfNeeded();
 }
 
@@ -296,29 +263,11 @@ void IslandOverlayController::itemDragStateChanged(bool dragging) {
   }
 }
 
-// The view tells of the pointer only when it crosses the edge: a panel that appears under a resting pointer would not
-// hear of it.
-void IslandOverlayController::syncHoverStateWithCurrentPointer() {
-  if (!panel_->isVisible()) {
-    return;
-  }
-  autoDismiss_->isHovered = panel_->frame().contains(dependencies_.screens.mouseLocation());
-  if (autoDismiss_->isHovered) {
-    makeKeyWithContentFirstResponder();
-  }
-  autoDismiss_->scheduleHideIfNeeded();
-}
-
 void IslandOverlayController::prepareForItemDragInteraction() {
   dependencies_.application.activateIgnoringOtherApps();
   panel_->makeKeyAndOrderFront();
   panel_->invalidateShadow();
-  panel_->makeContentViewFirstResponder();
-}
-
-void IslandOverlayController::makeKeyWithContentFirstResponder() {
-  panel_->makeKeyWindow();
-  panel_->makeContentViewFirstResponder();
+  giveKeyboardToContent(*panel_);
 }
 
 void IslandOverlayController::applyAppearanceStyle(bool animated) {

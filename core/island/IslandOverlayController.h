@@ -1,6 +1,6 @@
-// The island: one floating panel in a corner of a screen that shows the screenshots. It decides on which display the
-// panel is, where it sits, how it appears and leaves. Main thread; made by the composition root on first use, and shown
-// at once when the island is enabled.
+// The island: one floating panel in a corner of a screen that shows the screenshots. It decides how the panel appears,
+// moves and leaves, and what the settings mean for it. Main thread; made by the composition root on first use, and
+// shown at once when the island is enabled.
 #pragma once
 
 #include <functional>
@@ -11,8 +11,10 @@
 #include "core/base/WeakOwner.h"
 #include "core/identity/ScreenUtilities.h"
 #include "core/island/IslandAutoDismiss.h"
+#include "core/island/IslandHover.h"
 #include "core/island/IslandKeys.h"
 #include "core/island/IslandOverlayPresentationState.h"
+#include "core/island/IslandPlacement.h"
 #include "core/platform/Panel.h"
 
 namespace quenlio {
@@ -66,7 +68,7 @@ class IslandOverlayController {
   // already goes back to the corner. Nothing happens while the island is switched off, or without a screen.
   void show(std::optional<DisplayID> preferredDisplayID);
   void hide(const HideMotion& motion);
-  // Gives up the pending hide, the ring and the look at the pointer. What is on the screen stays.
+  // Gives up the pending hide, the ring and the looks at the pointer, for good. What is on the screen stays.
   void endDelayedWork();
   // Moves the panel with the pointer, inside its screen. The translation is that since the gesture began, in points, y
   // growing downward.
@@ -74,10 +76,7 @@ class IslandOverlayController {
 
   [[nodiscard]] const Panel& panel() const { return *panel_; }
   [[nodiscard]] const IslandOverlayPresentationState& presentationState() const { return presentationState_; }
-  [[nodiscard]] std::optional<DisplayID> lastPresentedDisplayID() const { return lastPresentedDisplayID_; }
-
-  // The panel's place on a screen: a square at the bottom right of the visible frame, 12 points from its edges.
-  [[nodiscard]] static Rect<Screen> desiredFrame(const ScreenInfo& screen, IslandSize size);
+  [[nodiscard]] std::optional<DisplayID> lastPresentedDisplayID() const { return placement_->lastPresentedDisplayID; }
 
  private:
   void setupPanel();
@@ -88,13 +87,8 @@ class IslandOverlayController {
   void applyAppearanceStyle(bool animated);
   void orderOut();
   void hideFromCloseButton();
-  void makeKeyWithContentFirstResponder();
-  void hoverChanged(bool hovering);
   void itemDragStateChanged(bool dragging);
-  void syncHoverStateWithCurrentPointer();
   void prepareForItemDragInteraction();
-  [[nodiscard]] std::optional<ScreenInfo> resolveTargetScreen(std::optional<DisplayID> preferredDisplayID) const;
-  [[nodiscard]] std::optional<ScreenInfo> targetScreenForPanelUpdates() const;
 
   // The editor on the screenshot; what it saves comes back into the library.
   void openEditor(const ScreenshotItem& item);
@@ -103,11 +97,11 @@ class IslandOverlayController {
   IslandSettings announced_;
   IslandOverlayPresentationState presentationState_;
   std::unique_ptr<Panel> panel_;
-  std::optional<IslandAutoDismiss> autoDismiss_;  // these two are set from the constructor on
+  std::optional<IslandPlacement> placement_;  // these four are set from the constructor on
+  std::optional<IslandAutoDismiss> autoDismiss_;
+  std::optional<IslandHover> hover_;
   std::optional<IslandKeys> keys_;
   std::optional<Point<Screen>> dragStartOrigin_;
-  std::optional<DisplayID> lastPresentedDisplayID_;
-  ScheduledTask pointerRecheck_;
   Subscription keyDownMonitor_;
   std::vector<Subscription> cancellables_;
   WeakOwner<IslandOverlayController> weak_{this};

@@ -14,6 +14,10 @@ constexpr Seconds kDragResetDelay{0.12};
 }  // namespace
 
 void IslandOverlayRoot::select(const ScreenshotItem& item, ModifierFlags flags) {
+  const auto& listed = dependencies_.store.items.get();
+  if (std::ranges::find(listed, item.id, &ScreenshotItem::id) == listed.end()) {
+    return;  // it has left since it was painted
+  }
   const bool command = (flags & kModifierCommand) != 0;
   if ((flags & kModifierShift) != 0) {
     dependencies_.store.selectRange(item, command);

@@ -26,8 +26,13 @@ struct IslandOverlayRootViewModel {
   const Clock& clock;
 
   std::function<void(bool hovering)> onHoverChanged;
+  // A menu over the island has closed, and the pointer may be anywhere by now.
+  std::function<void()> onMenuClosed;
   std::function<void()> onClose;
   std::function<void(const ScreenshotItem&)> onOpenQuickLook;
+  // The item may be opened so in a moment, and then: it is not after all.
+  std::function<void(const ScreenshotItem&)> onPrepareQuickLook;
+  std::function<void()> onDropPreparedQuickLook;
   std::function<void(const ScreenshotItem&)> onOpenEditor;
   // The distance dragged since the gesture began, in points, y growing downward.
   std::function<void(Size translation, bool ended)> onWindowDrag;

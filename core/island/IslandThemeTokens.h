@@ -8,7 +8,8 @@
 namespace quenlio {
 
 // Colours are white or black at an opacity, also where that is white in the light style: that is the glass. Opacities
-// are 0 to 1, lengths points.
+// are 0 to 1, lengths points. No view of the island draws with surfaceBackground, shadowOpacity or timestampOpacity: the
+// table is whole for the windows that are to look like it.
 struct IslandThemeTokens {
   Color iconPrimary;
   Color iconSecondary;

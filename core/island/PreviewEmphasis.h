@@ -2,6 +2,10 @@
 // A plain value; any thread.
 #pragma once
 
+#include <variant>
+
+#include "core/island/IslandMotion.h"
+
 namespace quenlio {
 
 // Opacities are 0 to 1, lengths points.
@@ -18,6 +22,11 @@ struct PreviewEmphasis {
   // The share of the way from one to the other, which a spring takes a little past its end.
   [[nodiscard]] static constexpr PreviewEmphasis between(const PreviewEmphasis& from, const PreviewEmphasis& to,
                                                          double share);
+  // What takes it from one to the other: a hand that takes hold or lets go has a curve of its own.
+  [[nodiscard]] static constexpr std::variant<TimedCurve, Spring> motion(bool wasHolding, bool isHolding) {
+    return wasHolding || isHolding ? std::variant<TimedCurve, Spring>(IslandMotion::kPreviewHolding)
+                                   : IslandMotion::kSpring;
+  }
   bool operator==(const PreviewEmphasis&) const = default;
 };
 

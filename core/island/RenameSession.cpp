@@ -1,8 +1,10 @@
 #include "core/island/RenameSession.h"
 
+#include <algorithm>
 #include <cstddef>
 
 #include "core/base/Text.h"
+#include "core/island/IslandTexts.h"
 #include "core/library/UniqueNames.h"
 
 namespace quenlio {
@@ -12,11 +14,11 @@ constexpr std::size_t kNameLimit = 255;  // bytes, of a file's whole name
 
 }  // namespace
 
-bool RenameSession::begin(const std::vector<ScreenshotItem>& selected) {
-  if (selected.size() != 1) {
+bool RenameSession::begin(const Selection& selection) {
+  if (!isRenamable(selection)) {
     return false;
   }
-  const ScreenshotItem& item = selected.front();
+  const ScreenshotItem& item = *selection.item;
   if (!item_ || item_->id != item.id) {
     item_ = item;
     firstDraft_ = readable(item.fileURL.stem());
@@ -41,8 +43,8 @@ bool RenameSession::commit() {
   }
   // Copies: what the renaming announces may end the session.
   const ScreenshotItem item = *item_;
-  const std::string draftName = draftName_;
-  if (draftName == firstDraft_ || (renamedURL(item.fileURL, draftName) && onRename_(item, draftName))) {
+  const std::string draftName = draftName_ == firstDraft_ ? item.fileURL.stem() : draftName_;
+  if (onRename_(item, draftName)) {
     cancel();
     return true;
   }
@@ -58,21 +60,38 @@ void RenameSession::cancel() {
   refusal_.reset();
 }
 
-bool RenameSession::selectionChanged(const std::vector<ScreenshotItem>& selected) {
-  if (!item_ ||
-      (selected.size() == 1 && selected.front().id == item_->id && selected.front().fileURL == item_->fileURL)) {
+bool RenameSession::selectionChanged(const Selection& selection) {
+  if (!item_) {
+    known_.clear();
+    for (const ScreenshotItem& item : selection.library) {
+      known_.insert(item.id);
+    }
+    return false;
+  }
+  if (isSelected(selection) || hasLostSelectionToArrival(selection)) {
     return false;
   }
   cancel();
   return true;
 }
 
+bool RenameSession::isSelected(const Selection& selection) const {
+  return isRenamable(selection) && selection.item->id == item_->id && selection.item->fileURL == item_->fileURL;
+}
+
+bool RenameSession::hasLostSelectionToArrival(const Selection& selection) const {
+  const bool isStillThere = std::ranges::any_of(selection.library, [this](const ScreenshotItem& item) {
+    return item.id == item_->id && item.fileURL == item_->fileURL;
+  });
+  return isStillThere && isRenamable(selection) && !known_.contains(selection.item->id);
+}
+
 std::string_view RenameSession::reasonFor(std::string_view draftName) const {
   const auto wanted = renamedURL(item_->fileURL, draftName);
   if (!wanted) {
-    return "Enter a name";
+    return IslandTexts::kNoName;
   }
-  return wanted->lastPathComponent().size() > kNameLimit ? "That name is too long" : "The file could not be renamed";
+  return wanted->lastPathComponent().size() > kNameLimit ? IslandTexts::kNameTooLong : IslandTexts::kNotRenamed;
 }
 
 }  // namespace quenlio

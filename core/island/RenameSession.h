@@ -2,12 +2,14 @@
 // the name row, which shows it; knows nothing of pixels. Main thread.
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <optional>
+#include <set>
+#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
-#include <vector>
 
 #include "core/library/ScreenshotItem.h"
 
@@ -19,9 +21,19 @@ class RenameSession {
   using OnRename = std::function<bool(const ScreenshotItem& item, std::string_view newName)>;
   explicit RenameSession(OnRename onRename) : onRename_(std::move(onRename)) {}
 
+  // What is selected, as far as renaming goes: the item in the preview, and how many there are. None may be selected
+  // while there is an item in the preview all the same.
+  struct Selection {
+    const ScreenshotItem* item = nullptr;
+    std::size_t count = 0;
+    std::span<const ScreenshotItem> library{};  // all that there are
+  };
+
+  // Whether there is something to be begun, which nothing has begun yet.
+  [[nodiscard]] bool isOffered(const Selection& selection) const { return isRenamable(selection) && !isEditing(); }
   // With exactly one item selected, its name without the extension becomes the draft; true then, and also when that
   // item is being renamed already, which keeps what has been typed.
-  bool begin(const std::vector<ScreenshotItem>& selected);
+  bool begin(const Selection& selection);
   [[nodiscard]] bool isEditing() const { return item_.has_value(); }
 
   // Both as people can read them, in UTF-8, whatever bytes the file's name is made of. The extension is without its
@@ -31,22 +43,30 @@ class RenameSession {
 
   // What was wrong with the old draft is not held against the new one.
   void edit(std::string draftName);
-  // Renames, and ends when that is done. A draft that is as it was in the beginning renames nothing: it may only be the
-  // readable form of the name. True when the session has ended.
+  // Renames, and ends when that is done. A draft that is as it was in the beginning stands for the name itself, whose
+  // bytes its readable form may not be. True when the session has ended.
   bool commit();
   void cancel();
   // Why the last commit was refused.
   [[nodiscard]] const std::optional<std::string>& refusal() const { return refusal_; }
 
-  // What is selected now. Ends when that is no longer the one item, with its name, that is being renamed. True when the
+  // What is selected now. Ends when that is no longer the one item, with its name, that is being renamed; but not when
+  // it is one that has only just arrived, and with that has taken the selection from who was typing. True when the
   // session has ended by this.
-  bool selectionChanged(const std::vector<ScreenshotItem>& selected);
+  bool selectionChanged(const Selection& selection);
 
  private:
+  [[nodiscard]] static bool isRenamable(const Selection& selection) {
+    return selection.count == 1 && selection.item != nullptr;
+  }
+  // Both of the item that is being renamed.
+  [[nodiscard]] bool isSelected(const Selection& selection) const;
+  [[nodiscard]] bool hasLostSelectionToArrival(const Selection& selection) const;
   [[nodiscard]] std::string_view reasonFor(std::string_view draftName) const;
 
   OnRename onRename_;
   std::optional<ScreenshotItem> item_;
+  std::set<Uuid> known_;  // what there was when it began
   std::string firstDraft_;
   std::string draftName_;
   std::optional<std::string> refusal_;

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "core/library/ScreenshotItem.h"
+#include "core/platform/FileManager.h"
 
 namespace quenlio {
 
@@ -15,6 +16,8 @@ struct DeletedScreenshotRecord {
   ScreenshotItem item;  // as it was
   FileURL originalURL;
   FileURL trashedURL;
+  // In the trash. Once it is emptied, another file may lie there by the same name.
+  std::optional<FileIdentity> identity = {};
 };
 
 class DeletedScreenshots {

@@ -33,6 +33,7 @@ bool DragDropProvider::beginDraggingSession(const std::vector<ScreenshotItem>& i
   }
   DraggingRequest request{
       .window = context->window,
+      .location = context->location,
       .event = eventFor(*context),
       .items = {},
       .draggingFormation = present.size() > 1 ? DraggingFormation::stack : DraggingFormation::standard};
@@ -59,7 +60,9 @@ std::optional<DragDropProvider::Context> DragDropProvider::resolveDragContext() 
   }
   const Point<Screen> mouse = dependencies_.screens.mouseLocation();
   const WindowInfo* window = firstOf(windows, {containing(mouse), &WindowInfo::isKeyWindow, &WindowInfo::isMainWindow});
-  return window != nullptr ? std::optional(Context{window->id, toWindowContent(*window, mouse)}) : std::nullopt;
+  return window != nullptr && window->hasContentView
+             ? std::optional(Context{window->id, toWindowContent(*window, mouse)})
+             : std::nullopt;
 }
 
 PointerEvent DragDropProvider::eventFor(const Context& context) const {

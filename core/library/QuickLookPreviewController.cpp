@@ -21,12 +21,25 @@ QuickLookPreviewController::~QuickLookPreviewController() {
 
 void QuickLookPreviewController::preview(const FileURL& url, const std::vector<FileURL>& within) {
   if (!take(url, within) || !panel_.sharedPreviewPanel()) {
+    dropPrepared();
     return;
   }
   panel_.setDataSource(*this);
   panel_.makeKeyAndOrderFront();
   panel_.setCurrentPreviewItemIndex(currentIndex_);
   panel_.reloadData();
+}
+
+void QuickLookPreviewController::prepare(const FileURL& url) {
+  if (files_.fileExistsAtPath(url) && panel_.sharedPreviewPanel()) {
+    panel_.prepareItem(url);
+  }
+}
+
+void QuickLookPreviewController::dropPrepared() {
+  if (panel_.sharedPreviewPanelExists()) {
+    panel_.dropPreparedItem();
+  }
 }
 
 void QuickLookPreviewController::syncSelection(const FileURL& url, const std::vector<FileURL>& within) {

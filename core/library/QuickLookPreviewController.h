@@ -24,7 +24,11 @@ class QuickLookPreviewController final : public PreviewPanelDataSource {
   // Opens the window on those of the files that are there, at url, or at the first when url is not among them. Nothing
   // opens when none is there.
   void preview(const FileURL& url, const std::vector<FileURL>& within);
-  // The same for a window that is open already, which it does not bring forward.
+  // The window may be opened at url in a moment: its picture is begun then and not only when it opens.
+  void prepare(const FileURL& url);
+  // It is not opened after all; what was begun is dropped.
+  void dropPrepared();
+  // The same as preview() for a window that is open already, which it does not bring forward.
   void syncSelection(const FileURL& url, const std::vector<FileURL>& within);
 
   [[nodiscard]] std::size_t numberOfPreviewItems() const override { return previewURLs_.size(); }

@@ -60,11 +60,15 @@ void ScreenshotStore::ingestScreenshot(FileURL url, std::optional<DisplayID> sou
 
 // In the place of any item that has the same file.
 void ScreenshotStore::insertAndSelect(const ScreenshotItem& item) {
-  items.mutate([&](auto& list) {
-    std::erase_if(list, [&](const ScreenshotItem& other) { return other.fileURL == item.fileURL; });
-  });
+  items.mutate([&](auto& list) { eraseOthersOfFile(list, item); });
   items.mutate([&](auto& list) { list.insert(list.begin(), item); });
   select(item.id);
+}
+
+// Such an item is that of a file that has vanished from its place, where this one is now.
+void ScreenshotStore::eraseOthersOfFile(std::vector<ScreenshotItem>& list, const ScreenshotItem& item) {
+  std::erase_if(list,
+                [&](const ScreenshotItem& other) { return other.fileURL == item.fileURL && other.id != item.id; });
 }
 
 void ScreenshotStore::refreshEditedScreenshot(FileURL url) {
@@ -117,21 +121,43 @@ void ScreenshotStore::pruneIfNeeded() {
 }
 
 void ScreenshotStore::makeThumbnailLater(FileURL url, const Uuid& id) {
-  auto deliver = weak_.bind([](ScreenshotStore& self, const Uuid& itemID, const ImageRef& thumbnail) {
-    if (self.find(itemID) != nullptr) {
-      self.items.mutate(
-          [&](auto& list) { std::ranges::find(list, itemID, &ScreenshotItem::id)->thumbnail = thumbnail; });
-    }
+  auto deliver = weak_.bind([url](ScreenshotStore& self, const Uuid& itemID, const ImageRef& thumbnail) {
+    self.takeThumbnail(itemID, url, thumbnail);
   });
-  dependencies_.scheduler.detached(
-      QualityOfService::utility, [deliver, url = std::move(url), id, alive = std::weak_ptr(isAlive_),
-                                  &thumbnails = dependencies_.thumbnails, &scheduler = dependencies_.scheduler] {
-        if (alive.expired()) {
-          return;
-        }
-        ImageRef thumbnail = thumbnails.render(url, kThumbnailSize);
-        scheduler.post([deliver, id, thumbnail = std::move(thumbnail)] { deliver(id, thumbnail); });
-      });
+  const auto finish = [deliver, id, &scheduler = dependencies_.scheduler](const ImageRef& thumbnail) {
+    scheduler.post([deliver, id, thumbnail] { deliver(id, thumbnail); });
+  };
+  const auto renderApart = [finish, url, alive = std::weak_ptr(isAlive_), &thumbnails = dependencies_.thumbnails] {
+    if (!alive.expired()) {
+      finish(thumbnails.render(url, kThumbnailSize));
+    }
+  };
+  // What another process decodes goes where nothing else waits for it, however long it takes.
+  const auto render = [finish, renderApart, url = std::move(url), alive = std::weak_ptr(isAlive_),
+                       &thumbnails = dependencies_.thumbnails, &scheduler = dependencies_.scheduler] {
+    if (alive.expired()) {
+      return;
+    }
+    if (const auto thumbnail = thumbnails.renderHere(url, kThumbnailSize)) {
+      finish(*thumbnail);
+    } else {
+      scheduler.detached(QualityOfService::background, renderApart);
+    }
+  };
+  dependencies_.scheduler.detached(QualityOfService::utility, render);
+}
+
+void ScreenshotStore::takeThumbnail(const Uuid& id, const FileURL& renderedURL, const ImageRef& thumbnail) {
+  const ScreenshotItem* item = find(id);
+  if (item == nullptr) {
+    return;
+  }
+  // A file that was renamed meanwhile may not have been found there, or another one in its stead.
+  if (item->fileURL != renderedURL) {
+    makeThumbnailLater(item->fileURL, id);
+    return;
+  }
+  items.mutate([&](auto& list) { std::ranges::find(list, id, &ScreenshotItem::id)->thumbnail = thumbnail; });
 }
 
 void ScreenshotStore::syncReleaseTestDiagnostics() {

@@ -91,8 +91,8 @@ class ScreenshotStore {
   // The same with each of selectedItems(), in list order. Each is a deletion of its own.
   void moveSelectedToTrash();
   // Brings the file that was deleted last back to where it was, under a name of its own when the old one is taken, and
-  // selects it alone as a new item. True when it came back. Whatever comes of it, the next call is about the deletion
-  // before.
+  // selects it alone as a new item. Another file that lies in its place in the trash stays there. True when it came
+  // back. Whatever comes of it, the next call is about the deletion before.
   bool undoLastDeletion();
   // Renames the item's file, which keeps its folder and its extension: renamedURL() tells what becomes of the typed
   // name. Where another file has it, a number is added. True when the file has its new name or had it already; false,
@@ -107,8 +107,11 @@ class ScreenshotStore {
  private:
   void createStorageIfNeeded();
   void insertAndSelect(const ScreenshotItem& item);
+  void startRange(const Uuid& id);  // as select(), with the anchor before the announcement of all that are selected
   void pruneIfNeeded();
+  static void eraseOthersOfFile(std::vector<ScreenshotItem>& list, const ScreenshotItem& item);
   void makeThumbnailLater(FileURL url, const Uuid& id);
+  void takeThumbnail(const Uuid& id, const FileURL& renderedURL, const ImageRef& thumbnail);
   void syncReleaseTestDiagnostics();
   [[nodiscard]] FileAttributes attributesOrNone(const FileURL& url) const;
   [[nodiscard]] const ScreenshotItem* find(const Uuid& id) const;

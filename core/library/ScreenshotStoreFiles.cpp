@@ -23,7 +23,10 @@ void ScreenshotStore::moveToTrash(const ScreenshotItem& item) {
     return;
   }
   if (const auto& place = trashed.value()) {
-    recentlyDeleted_.push({.item = deleted, .originalURL = deleted.fileURL, .trashedURL = *place});
+    recentlyDeleted_.push({.item = deleted,
+                           .originalURL = deleted.fileURL,
+                           .trashedURL = *place,
+                           .identity = dependencies_.files.identityOfItemAtPath(*place)});
   }
   items.mutate([&](auto& list) { std::erase_if(list, [&](const auto& other) { return other.id == deleted.id; }); });
   selectedItemIDs.mutate([&](auto& ids) { ids.erase(deleted.id); });
@@ -51,7 +54,8 @@ void ScreenshotStore::moveSelectedToTrash() {
 bool ScreenshotStore::undoLastDeletion() {
   // Taken off whatever comes of it, so that a file that cannot come back does not bar the way to those before it.
   const auto record = recentlyDeleted_.takeLast();
-  if (!record || !dependencies_.files.fileExistsAtPath(record->trashedURL)) {
+  if (!record || !record->identity ||
+      dependencies_.files.identityOfItemAtPath(record->trashedURL) != record->identity) {
     return false;
   }
   const FileURL destination = uniqueRestoreURL(record->originalURL, dependencies_.files);
@@ -74,6 +78,9 @@ bool ScreenshotStore::undoLastDeletion() {
   }
   pruneIfNeeded();
   pinned_.persist();
+  if (restored.thumbnail == nullptr) {  // it was deleted before there was one
+    makeThumbnailLater(destination, restored.id);
+  }
   dependencies_.analytics.track(AnalyticsEventName::screenshotRestored, {{"path", destination.path()}});
   return true;
 }
@@ -99,7 +106,10 @@ bool ScreenshotStore::rename(const ScreenshotItem& item, std::string_view newNam
     return false;
   }
   renamed.fileSize = attributesOrNone(renamed.fileURL).size.value_or(renamed.fileSize);
-  items.mutate([&](auto& list) { *std::ranges::find(list, renamed.id, &ScreenshotItem::id) = renamed; });
+  items.mutate([&](auto& list) {
+    eraseOthersOfFile(list, renamed);
+    *std::ranges::find(list, renamed.id, &ScreenshotItem::id) = renamed;
+  });
   if (renamed.isPinned) {
     pinned_.remove(from);
     pinned_.insert(renamed.fileURL);

@@ -35,6 +35,12 @@ void ScreenshotStore::select(const Uuid& id) {
   selectionAnchorID = id;
 }
 
+void ScreenshotStore::startRange(const Uuid& id) {
+  selectedItemID.set(id);
+  selectionAnchorID = id;
+  selectedItemIDs.set({id});
+}
+
 bool ScreenshotStore::moveSelection(int step, bool extendSelection) {
   const auto& list = items.get();
   if (list.empty()) {
@@ -55,7 +61,7 @@ bool ScreenshotStore::moveSelection(int step, bool extendSelection) {
     selectedItemID.set(targetID);
     selectionAnchorID = anchor;
   } else {
-    select(targetID);
+    startRange(targetID);
   }
   normalizeSelection(targetID, false);
   return true;
@@ -70,7 +76,7 @@ void ScreenshotStore::selectRange(const ScreenshotItem& to, bool additive) {
   const Uuid anchor = selectionAnchorID.value_or(selectedItemID.get().value_or(id));
   const auto anchorIndex = indexOf(anchor);
   if (!anchorIndex) {
-    select(id);
+    startRange(id);
     return;
   }
   std::set<Uuid> selected = idsBetween(*anchorIndex, *index);

@@ -30,6 +30,10 @@ std::string beginning(const std::string& text, std::size_t limit) {
   return text.substr(0, isContinuation(text[end]) ? limit : end);
 }
 
+bool isTaken(const FileURL& url, const FileManager& files) {
+  return files.identityOfItemAtPath(url).has_value();
+}
+
 FileURL withEnding(const FileURL& url, std::string ending) {
   if (const std::string extension = url.pathExtension(); !extension.empty()) {
     ending += "." + extension;
@@ -54,12 +58,12 @@ std::optional<FileURL> renamedURL(const FileURL& file, std::string_view typedNam
 }
 
 FileURL uniqueRenameURL(const FileURL& from, const FileURL& preferred, const FileManager& files) {
-  if (preferred == from || !files.fileExistsAtPath(preferred)) {
+  if (preferred == from || !isTaken(preferred, files)) {
     return preferred;
   }
   for (int number = 2; number <= kLastNumber; ++number) {
     FileURL candidate = withEnding(preferred, " " + std::to_string(number));
-    if (!files.fileExistsAtPath(candidate)) {
+    if (!isTaken(candidate, files)) {
       return candidate;
     }
   }
@@ -67,12 +71,12 @@ FileURL uniqueRenameURL(const FileURL& from, const FileURL& preferred, const Fil
 }
 
 FileURL uniqueRestoreURL(const FileURL& preferred, const FileManager& files) {
-  if (!files.fileExistsAtPath(preferred)) {
+  if (!isTaken(preferred, files)) {
     return preferred;
   }
   for (int number = 1; number <= kLastNumber; ++number) {
     FileURL candidate = withEnding(preferred, " (Restored " + std::to_string(number) + ")");
-    if (!files.fileExistsAtPath(candidate)) {
+    if (!isTaken(candidate, files)) {
       return candidate;
     }
   }

@@ -1,7 +1,8 @@
 // Places for the files of the library: what a typed name stands for, and names that no other file has. Names are bytes
 // and need not be UTF-8. Any thread.
 //
-// A free name is only free at that moment. Whoever moves a file there relies on a move that never overwrites.
+// A name is taken by a link that leads nowhere too. A free one is only free at that moment. Whoever moves a file there
+// relies on a move that never overwrites.
 //
 // A name that had to be told apart keeps its extension and gets an ending before it. Where the whole would exceed the
 // 255 bytes that file systems allow a name, its stem is shortened, between two characters, so that the ending fits.

@@ -26,11 +26,14 @@ struct DraggingItem {
 using DraggingSessionID = std::uint64_t;
 
 struct DraggingRequest {
-  WindowID window = 0;  // from whose content view
-  PointerEvent event;   // a left mouse down or dragged
+  WindowID window = 0;              // from whose content view
+  Point<WindowContent> location{};  // of the pointer in it, which the frames are about
+  PointerEvent event;               // a left mouse down or dragged, perhaps in another window
   std::vector<DraggingItem> items;
   // Whatever modifier keys are held, and whatever the drag is over.
   DragOperationMask allowedOperations = kDragOperationCopy;
+  // What a desktop that moves the images by itself does with them. Where none does, they stay as their frames say, and
+  // are gone once the pointer lets go of them.
   bool animatesToStartingPositionsOnCancelOrFail = true;
   DraggingFormation draggingFormation = DraggingFormation::standard;
 };

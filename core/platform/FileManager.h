@@ -15,6 +15,14 @@
 
 namespace quenlio {
 
+// Which file it is, wherever it is moved to. No other has the same, nor has one that is made after it has gone.
+struct FileIdentity {
+  std::uint64_t device = 0;
+  std::uint64_t number = 0;  // given to another file once this one has gone
+  Date birth{};
+  bool operator==(const FileIdentity&) const = default;
+};
+
 struct FileAttributes {
   std::optional<Date> creationDate;  // none where the file system keeps none
   std::optional<std::int64_t> size;  // bytes
@@ -36,6 +44,8 @@ class FileManager {
 
   // Links are followed.
   [[nodiscard]] virtual bool fileExistsAtPath(const FileURL& url) const = 0;
+  // What has that very name, be it a link that leads nowhere; nothing when the name is free.
+  [[nodiscard]] virtual std::optional<FileIdentity> identityOfItemAtPath(const FileURL& url) const = 0;
   [[nodiscard]] virtual bool isDirectory(const FileURL& url) const = 0;
   [[nodiscard]] virtual bool isReadableFileAtPath(const FileURL& url) const = 0;
   [[nodiscard]] virtual PlatformResult<FileAttributes> attributesOfItemAtPath(const FileURL& url) const = 0;

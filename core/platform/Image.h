@@ -22,8 +22,12 @@ class ThumbnailRenderer {
  public:
   virtual ~ThumbnailRenderer() = default;
   // A canvas of this size in points, transparent, with the file's picture in drawn. Nothing when the file cannot be
-  // read as a picture, or claims a size that no screenshot has. Any thread; takes as long as decoding takes.
+  // read as a picture, or claims a size that no screenshot has. Any thread; takes as long as decoding takes, which is
+  // many seconds with a few files.
   [[nodiscard]] virtual ImageRef render(const FileURL& url, Size canvas) = 0;
+  // What render() gives, where this program decodes the file itself, as it does with nearly every capture: that never
+  // takes long. No answer at all for a file that only another process decodes. Any thread.
+  [[nodiscard]] virtual std::optional<ImageRef> renderHere(const FileURL& url, Size canvas) = 0;
 };
 
 }  // namespace quenlio

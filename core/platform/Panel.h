@@ -25,6 +25,7 @@ struct KeyEvent {
   ModifierFlags modifierFlags = 0;
   std::uint16_t keyCode = 0;                               // a virtual key code: the physical key
   std::optional<std::string> charactersIgnoringModifiers;  // UTF-8
+  bool isARepeat = false;                                  // of a key that is held down
 };
 
 struct PanelAnimation {
@@ -57,6 +58,9 @@ class Panel {
   virtual void orderFrontRegardless() = 0;
   virtual void makeKeyAndOrderFront() = 0;
   virtual void makeKeyWindow() = 0;
+  // The keyboard that came with the pointer goes back to the window it came from, unless something has been pressed
+  // here since.
+  virtual void returnUnusedKeyboard() = 0;
   virtual void makeContentViewFirstResponder() = 0;
   virtual void orderOut() = 0;
   virtual void invalidateShadow() = 0;

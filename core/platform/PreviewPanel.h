@@ -25,6 +25,11 @@ class PreviewPanel {
   // Data source and delegate. It is asked at reloadData() and whenever another item is shown, and lives for as long as
   // the panel is visible.
   virtual void setDataSource(const PreviewPanelDataSource& source) = 0;
+  // While it is not visible: this item may be shown in a moment, so its picture is begun. Nothing is seen of that. An
+  // item that was to be prepared before is dropped.
+  virtual void prepareItem(const FileURL& url) = 0;
+  // It will not be shown after all; nothing of it is kept.
+  virtual void dropPreparedItem() = 0;
   virtual void makeKeyAndOrderFront() = 0;
   virtual void orderOut() = 0;
   virtual void setCurrentPreviewItemIndex(std::size_t index) = 0;

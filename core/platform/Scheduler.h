@@ -40,7 +40,7 @@ class SerialQueue {
   virtual void after(Seconds delay, Task task) = 0;
 };
 
-enum class QualityOfService { userInitiated, unspecified, utility };
+enum class QualityOfService { userInitiated, unspecified, utility, background };
 
 // The main queue and the way off it.
 class Scheduler {
@@ -54,7 +54,8 @@ class Scheduler {
   // Again and again, on the main thread, first after one interval. The tolerance allows a firing to come later by up to
   // that much, so that wake-ups can be shared. Main thread.
   [[nodiscard]] virtual ScheduledTask every(Seconds interval, Seconds tolerance, Task task) = 0;
-  // Once, on some other thread, at the given priority. Any thread.
+  // Once, on some other thread, at the given priority. Tasks at background, which may take very long, run one after the
+  // other in the order of asking, and no task of another priority waits for them. Any thread.
   virtual void detached(QualityOfService priority, Task task) = 0;
 
   [[nodiscard]] virtual std::unique_ptr<SerialQueue> makeSerialQueue(std::string label, QualityOfService quality) = 0;

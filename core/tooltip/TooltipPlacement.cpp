@@ -16,23 +16,24 @@ double between(double value, double lower, double upper) {
 
 }  // namespace
 
-TooltipPlacement tooltipPlacement(const Rect<TooltipHostSpace>& anchor, Size bubble, Size container) {
-  const double halfW = bubble.width * 0.5;
-  const double halfH = bubble.height * 0.5;
+TooltipPlacement TooltipPlacement::placement(const Rect<TooltipHostSpace>& anchor, Size bubbleSize,
+                                             Size containerSize) {
+  const double halfW = bubbleSize.width * 0.5;
+  const double halfH = bubbleSize.height * 0.5;
   const double anchorX = anchor.minX() + anchor.size.width * 0.5;
   TooltipPlacement placement;
 
   const double leftmost = halfW + kTooltipMargin;
-  placement.center.x = bubble.width > container.width - 2 * kTooltipMargin
+  placement.center.x = bubbleSize.width > containerSize.width - 2 * kTooltipMargin
                            ? leftmost
-                           : between(anchorX, leftmost, container.width - halfW - kTooltipMargin);
+                           : between(anchorX, leftmost, containerSize.width - halfW - kTooltipMargin);
 
   const double limit = std::max(halfW - kCornerRoom - kHalfPointer, 0.0);
   placement.pointerOffsetX = between(anchorX - placement.center.x, -limit, limit);
 
   const double above = anchor.minY() - kTooltipGap - halfH;
   const double below = anchor.maxY() + kTooltipGap + halfH;
-  const double lowest = container.height - kTooltipMargin;
+  const double lowest = containerSize.height - kTooltipMargin;
   const bool isAbove = above - halfH >= kTooltipMargin || below + halfH > lowest;
   placement.center.y = between(isAbove ? above : below, halfH + kTooltipMargin, lowest - halfH);
   placement.pointer = isAbove ? TooltipPointerDirection::down : TooltipPointerDirection::up;

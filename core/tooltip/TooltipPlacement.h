@@ -15,6 +15,10 @@ struct TooltipPlacement {
   double pointerOffsetX = 0;       // of the pointer's middle from the bubble's
   TooltipPointerDirection pointer = TooltipPointerDirection::down;
 
+  // Above the control where there is room, and otherwise below, in the middle of it as far as the margin allows. A
+  // bubble that is too wide for the host begins at its left margin.
+  [[nodiscard]] static TooltipPlacement placement(const Rect<TooltipHostSpace>& anchor, Size bubbleSize,
+                                                  Size containerSize);
   bool operator==(const TooltipPlacement&) const = default;
 };
 
@@ -22,9 +26,5 @@ struct TooltipPlacement {
 inline constexpr double kTooltipMargin = 24;
 // Between the control and the bubble; the pointer is in it.
 inline constexpr double kTooltipGap = 7;
-
-// Above the control where there is room, and otherwise below, in the middle of it as far as the margin allows. A bubble
-// that is too wide for the host begins at its left margin.
-[[nodiscard]] TooltipPlacement tooltipPlacement(const Rect<TooltipHostSpace>& anchor, Size bubble, Size container);
 
 }  // namespace quenlio

@@ -27,4 +27,10 @@ struct ReadResult {
   bool tooLargeToHold = false;  // a reader with higher limits may succeed
 };
 
+// What came of decoding in this program.
+struct DecodedHere {
+  std::optional<DecodedImage> decoded;
+  bool isLeftToChild = false;  // only a child process decodes this file
+};
+
 }  // namespace quenlio

@@ -2,6 +2,7 @@
 
 #include <QBuffer>
 #include <QImageWriter>
+#include <cerrno>
 #include <cmath>
 #include <fcntl.h>
 #include <sys/mman.h>
@@ -28,10 +29,11 @@ std::optional<QByteArray> bytesOf(const FileURL& url) {
   qsizetype done = 0;
   while (done < bytes.size()) {
     const ssize_t got = ::read(fd.get(), bytes.data() + done, static_cast<std::size_t>(bytes.size() - done));
-    if (got <= 0) {
+    if (got > 0) {
+      done += got;
+    } else if (got == 0 || errno != EINTR) {
       return std::nullopt;
     }
-    done += got;
   }
   return bytes;
 }
@@ -92,11 +94,19 @@ QByteArray encoded(QImage image, QSizeF points) {
 
 }  // namespace
 
-std::optional<DecodedImage> FileImage::decode() const {
+std::optional<DecodedImage> FileImage::decode(QSize fitWithin) const {
   const MemoryFile file(bytes_);
   const auto url = file.url();
-  const QSize anySize(kLongestSide, kLongestSide);
-  auto decoded = url ? decoder_.decode(*url, anySize, false) : std::nullopt;
+  return url ? decoder_.decode(*url, fitWithin, false) : std::nullopt;
+}
+
+bool FileImage::isSound() const {
+  constexpr QSize small(16, 16);  // from all the pixels, row by row
+  return decode(small).has_value();
+}
+
+std::optional<DecodedImage> FileImage::decode() const {
+  auto decoded = decode(QSize(kLongestSide, kLongestSide));
   if (decoded && kind_ == PictureKind::jpeg) {
     decoded->image.convertTo(QImage::Format_RGB32);  // has no transparent pixels, and need not say so of each
   }
@@ -110,21 +120,24 @@ ImageRef FileImages::imageWithContentsOfFile(const FileURL& url) const {
   if (!size) {
     return nullptr;
   }
-  auto image = std::make_shared<FileImage>(*bytes, *kind, *size, decoder_);
-  // A file whose structure does not show that it is whole may still be.
-  return isWhole(*bytes) || image->decode() ? image : nullptr;
+  return std::make_shared<FileImage>(*bytes, *kind, *size, decoder_);
 }
 
 QByteArray pngBytes(const Image& image) {
   if (const auto* file = dynamic_cast<const FileImage*>(&image)) {
     if (file->kind() == PictureKind::png) {
-      return file->bytes();
+      return isWhole(file->bytes()) || file->isSound() ? file->bytes() : QByteArray();
     }
     const auto decoded = file->decode();
     return decoded ? encoded(decoded->image, decoded->pointSize) : QByteArray();
   }
   const auto* pixels = dynamic_cast<const QtImage*>(&image);
   return pixels != nullptr ? encoded(pixels->image(), {pixels->size().width, pixels->size().height}) : QByteArray();
+}
+
+bool isSoundAsPNG(const Image& image) {
+  const auto* file = dynamic_cast<const FileImage*>(&image);
+  return file == nullptr || file->kind() != PictureKind::png || file->isSound();
 }
 
 }  // namespace quenlio

@@ -23,8 +23,12 @@ class FileImage final : public Image {
   [[nodiscard]] PictureKind kind() const { return kind_; }
   // All its pixels; nothing when it is damaged. Takes as long as decoding does.
   [[nodiscard]] std::optional<DecodedImage> decode() const;
+  // Whether decode() would give them. Takes as long, and next to no memory with most.
+  [[nodiscard]] bool isSound() const;
 
  private:
+  [[nodiscard]] std::optional<DecodedImage> decode(QSize fitWithin) const;
+
   const QByteArray bytes_;
   const PictureKind kind_;
   const Size points_;
@@ -35,15 +39,20 @@ class FileImages final : public Images {
  public:
   explicit FileImages(ImageDecoder decoder) : decoder_(std::move(decoder)) {}
 
-  // A FileImage. A file that is not whole, or too large for anything that is shown, is no picture.
+  // A FileImage. What begins like no picture, or is too large for anything that is shown, is none. Whether the rest of
+  // it is sound shows when it is decoded.
   [[nodiscard]] ImageRef imageWithContentsOfFile(const FileURL& url) const override;
 
  private:
   ImageDecoder decoder_;
 };
 
-// The picture as a PNG file: a PNG's own bytes at once, all else decoded and encoded, which takes its time. Empty when
-// that cannot be done. Any thread.
+// The picture as a PNG file: a PNG's own bytes, at once when it has its end, and all else decoded and encoded, which
+// takes its time. Empty when that cannot be done. Any thread.
 [[nodiscard]] QByteArray pngBytes(const Image& image);
+
+// Whether the bytes that were given like that can be decoded, which a PNG's own may not. Takes as long as decoding one
+// does. Any thread.
+[[nodiscard]] bool isSoundAsPNG(const Image& image);
 
 }  // namespace quenlio

@@ -36,6 +36,8 @@ class ImageDecoder {
 
   // The picture as large as it fits in the middle of a transparent canvas of exactly this many pixels.
   [[nodiscard]] std::optional<DecodedImage> decodeCentred(const FileURL& url, QSize canvas) const;
+  // The same, without ever waiting for a child process.
+  [[nodiscard]] DecodedHere decodeCentredHere(const FileURL& url, QSize canvas) const;
 
   // For the end of the program: what is being decoded in a child process has no answer, at once. Copies share this.
   void stop() const { child_.stop(); }

@@ -19,8 +19,11 @@ class QtThumbnailRenderer final : public ThumbnailRenderer {
   // A QtImage of this size in points. The picture fills the canvas in one direction, smaller ones too, and stands in
   // the middle in the other.
   [[nodiscard]] ImageRef render(const FileURL& url, Size canvas) override;
+  [[nodiscard]] std::optional<ImageRef> renderHere(const FileURL& url, Size canvas) override;
 
  private:
+  [[nodiscard]] double scale() const;
+
   ImageDecoder decoder_;
   std::function<double()> deviceScale_;
 };

@@ -1,5 +1,6 @@
 // What every file manager does, the fake and the real one.
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include "desktop/linux/system/LinuxClock.h"
 #include "desktop/linux/system/LinuxFileContents.h"
@@ -117,6 +118,37 @@ TYPED_TEST(FileManagerContract, whatIsNotThereHasNoAttributesAndCannotBeRead) {
   EXPECT_FALSE(this->files().contentsOfDirectoryAtURL(this->path("none"), HiddenFiles::skip).ok());
   EXPECT_FALSE(this->files().removeItemAtURL(this->path("none")).ok());
   EXPECT_FALSE(this->files().moveItemAtURL(this->path("none"), this->path("other")).ok());
+}
+
+TYPED_TEST(FileManagerContract, aFileKeepsItsIdentityWhereverItIsMovedAndNoOtherHasIt) {
+  this->write("a.png", "hello");
+  this->write("b.png", "hello");
+  const auto identity = this->files().identityOfItemAtPath(this->path("a.png"));
+  ASSERT_TRUE(identity);
+  EXPECT_NE(this->files().identityOfItemAtPath(this->path("b.png")), identity);
+  ASSERT_TRUE(this->files().moveItemAtURL(this->path("a.png"), this->path("c.png")).ok());
+  EXPECT_EQ(this->files().identityOfItemAtPath(this->path("c.png")), identity);
+  EXPECT_EQ(this->files().identityOfItemAtPath(this->path("a.png")), std::nullopt);
+  const FileURL place = *this->files().trashItemAtURL(this->path("c.png")).value();
+  EXPECT_EQ(this->files().identityOfItemAtPath(place), identity);
+  // The place is taken again by one that may be given the number of the one that has gone.
+  ASSERT_TRUE(this->files().removeItemAtURL(place).ok());
+  ASSERT_TRUE(this->contents().writeAtomically(place, "hello").ok());
+  EXPECT_NE(this->files().identityOfItemAtPath(place), identity);
+}
+
+TYPED_TEST(FileManagerContract, aLinkThatLeadsNowhereHasItsNameAndIsNoFile) {
+  this->write("a.png", "hello");
+  if constexpr (std::is_same_v<TypeParam, FakeFiles>) {
+    this->system.system.makeDanglingLink("/root/link.png");
+  } else {
+    ASSERT_EQ(::symlink("nowhere", this->path("link.png").path().c_str()), 0);
+  }
+  EXPECT_FALSE(this->files().fileExistsAtPath(this->path("link.png")));
+  EXPECT_TRUE(this->files().identityOfItemAtPath(this->path("link.png")));
+  EXPECT_FALSE(this->files().moveItemAtURL(this->path("a.png"), this->path("link.png")).ok());
+  EXPECT_FALSE(this->files().copyItemAtURL(this->path("a.png"), this->path("link.png")).ok());
+  EXPECT_EQ(this->read("a.png"), "hello");
 }
 
 TYPED_TEST(FileManagerContract, aMoveKeepsContentAndCreationDate) {

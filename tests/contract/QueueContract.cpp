@@ -71,6 +71,17 @@ TYPED_TEST(QueueContract, syncFromATaskOfTheQueueRunsAtOnce) {
   EXPECT_EQ(order, (std::vector<int>{1, 2, 3}));
 }
 
+TYPED_TEST(QueueContract, whatIsDueAlreadyGoesBeforeWhatIsPostedLater) {
+  std::vector<int> order;
+  this->queue->sync([&] {  // nothing else can begin meanwhile
+    this->queue->after(Seconds(0), [&] { order.push_back(1); });
+    this->queue->async([&] { order.push_back(2); });
+    this->queue->after(Seconds(0), [&] { order.push_back(3); });
+  });
+  this->queues.settle(*this->queue);
+  EXPECT_EQ(order, (std::vector<int>{1, 2, 3}));
+}
+
 TYPED_TEST(QueueContract, delayedTasksRunByTheirDueTimes) {
   std::vector<int> order;
   this->queue->after(Seconds(0.03), [&] { order.push_back(3); });

@@ -1,7 +1,8 @@
-"""demonstration.py PROGRAM PICTURE: the main job on a display of its own.
+"""demonstration.py PROGRAM PICTURE [SECONDS]: the main job on a display of its own.
 
 A capture tool takes a screenshot under its own default name, the program's events are printed as they come, and the
-screen with the island is saved as PICTURE. Ends with 0 only when the island shows that very screenshot.
+screen with the island is saved as PICTURE. Ends with 0 only when the island shows that very screenshot, within SECONDS
+(15 when they are not given).
 """
 
 import os
@@ -9,7 +10,7 @@ import sys
 from pathlib import Path
 
 import pictures
-from harness import Session, wait_for
+from harness import NotInTime, Session, wait_for
 from quenlio import Quenlio
 
 DESKTOP = 1  # the picture that the desktop is painted with, and so what the capture shows
@@ -35,8 +36,9 @@ def capture(session, folder):
     return path
 
 
-def shows(quenlio, path):
+def problem_with(quenlio, expected):
     """Why the island does not show the capture, or nothing when it does."""
+    path = expected.path
     island = quenlio.island()
     state = quenlio.state()
     if not island:
@@ -46,13 +48,16 @@ def shows(quenlio, path):
     if state["latestScreenshotPath"] != str(path):
         return f"the newest capture is said to be {state['latestScreenshotPath']}"
     if pictures.shown(quenlio, WITH_ISLAND) != pictures.quarters(DESKTOP):
-        return "the island's picture is not the capture's"
+        return "the island's picture is not the desktop's"
+    if expected.difference() > pictures.ALIKE:
+        return "the island's picture is not all of the capture"
     return None
 
 
 def main():
     os.environ["QUENLIO_PROGRAM"] = sys.argv[1]
     picture = Path(sys.argv[2])
+    seconds = float(sys.argv[3]) if len(sys.argv) > 3 else 15
     picture.unlink(missing_ok=True)
     with Session() as session:
         folder = session.mkdir("home/Pictures/Screenshots")
@@ -63,18 +68,22 @@ def main():
         events.print_new()
         path = capture(session, folder)
         print(f"scrot has written {path.name}", flush=True)
+        expected = pictures.Expected(quenlio, path)
 
         def done():
             events.print_new()
-            return not shows(quenlio, path) or quenlio.must_run()
+            return not problem_with(quenlio, expected) or quenlio.must_run()
 
         try:
-            wait_for(done, "the island with the capture", 15)
+            wait_for(done, "the island with the capture", seconds)
+        except NotInTime:
+            pass  # said below
         finally:
             picture.parent.mkdir(parents=True, exist_ok=True)
             picture.write_bytes(session.run(["import", "-silent", "-window", "root", "png:-"], binary=True))
+            events.print_new()
             print(f"The screen is in {picture}", flush=True)
-            problem = shows(quenlio, path)
+        problem = problem_with(quenlio, expected)
         print(problem or f"The island shows {path.name}")
         code = quenlio.stop()
         if code != 0:

@@ -101,6 +101,20 @@ class IslandTest(unittest.TestCase):
     def wait_not_to_say(self, name):
         wait_for(lambda: not self.quenlio.says(name) or self.quenlio.must_run(), f"nothing named {name!r}")
 
+    # The share menu
+
+    def open_menu(self):
+        island = self.windows()
+        self.session.key("ctrl+shift+s")
+        wait_for(lambda: self.windows() > island, "the menu")
+
+    def open_share_menu(self):
+        """The boxes of its entries, by their names."""
+        reader = partners.ScreenReader(self.session)
+        self.addCleanup(reader.end)
+        self.open_menu()
+        return reader.entries()
+
     # What is selected
 
     def previewed(self):

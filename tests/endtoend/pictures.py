@@ -141,13 +141,25 @@ def recognised(data, width, evenness, step=1):
     return tuple(index for _, _, index in upper + lower)
 
 
-def shown(quenlio, evenness=0.9):
-    """The quarters of the picture in the island's preview, or nothing."""
+def preview(quenlio):
+    """The pixels of the island's preview and how many of them are in a row, or nothing."""
     island = quenlio.island()
     if not island:
         return None
     x, y, width, height = (round(part * island.width) for part in PREVIEW)
-    return recognised(pixels(quenlio.session, (island.x + x, island.y + y, width, height)), width, evenness)
+    return pixels(quenlio.session, (island.x + x, island.y + y, width, height)), width
+
+
+def shown(quenlio, evenness=0.9):
+    """The quarters of the picture in the island's preview, or nothing."""
+    seen = preview(quenlio)
+    return recognised(*seen, evenness) if seen else None
+
+
+def shows_colours(quenlio):
+    """Whether the island's preview shows any part of a picture. Before a grey desktop nothing else in it has colour."""
+    data, _ = preview(quenlio)
+    return any(max(data[at:at + 3]) - min(data[at:at + 3]) > NEAR for at in range(0, len(data), 3))
 
 
 def wait_until_shown(quenlio, number, evenness=0.9, deadline=10.0):

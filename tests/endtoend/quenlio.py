@@ -211,6 +211,7 @@ class QuenlioWithSettings(Quenlio):
         super().__init__(session, folder)
         self.program = settings_program_path()
         self.settings = session.root / f"{self.run_id}.settings"
+        self.saved_settings = session.home / f".config/quenlio/{self.suite}.json"
         self.extra["QUENLIO_TEST_SETTINGS"] = self.settings
         self.write(settings)
 
@@ -234,9 +235,8 @@ class QuenlioWithSettings(Quenlio):
 
     def saved(self, name):
         """The setting's value in the settings file, as text."""
-        file = self.session.home / f".config/quenlio/{self.suite}.json"
         try:
-            kept = json.loads(file.read_text())
+            kept = json.loads(self.saved_settings.read_text())
         except (FileNotFoundError, json.JSONDecodeError):
             return None
         value = next(iter(kept.get(f"settings.{name}", {}).values()), None)  # under the name of its type

@@ -118,6 +118,30 @@ class Rename(IslandTest):
         self.assertEqual(self.trashed(), [])
         self.assertFalse(self.quenlio.says("1 of 2"))
 
+    def test_a_pointer_that_leaves_and_comes_back_leaves_the_keyboard_to_the_text(self):
+        self.begin()
+        self.session.type("Draft")
+        self.wait_for_draft("Draft")
+        self.leave()
+        self.enter()
+        self.session.key("BackSpace")
+        self.wait_for_draft("Draf")
+        # So does a press on what is no control, and the buttons' own keyboard.
+        row = self.find("Filename")["box"]
+        self.session.key("Tab")
+        self.leave()
+        self.enter()
+        self.session.key("BackSpace")
+        self.wait_for_draft("Dra")
+        island = self.quenlio.wait_for_island()
+        self.session.click(island.x + island.width // 2, row[1] + row[3] + 1)
+        self.session.key("BackSpace")
+        self.wait_for_draft("Dr")
+        self.assertEqual(self.trashed(), [])
+        self.assertEqual(sorted(self.folder.iterdir()), sorted([self.path, self.other]))
+        self.session.key("Return")
+        self.assert_renamed("Dr.png")
+
     def test_a_name_that_is_taken_gets_a_number_and_no_file_is_lost(self):
         others = self.other.read_bytes()
         self.begin()

@@ -1,14 +1,17 @@
 """Killed in the middle of writing: every file is as before that write or as after it, never a half."""
 
 import json
+import signal
 import unittest
 
 import pictures
 from changes import Changes
 from harness import Session, wait_for
-from quenlio import Quenlio
+from quenlio import Quenlio, QuenlioWithSettings
 
 ROUNDS = 60
+LONG = 40_000  # bytes: other files and the logs stay far below
+LIMITS = (LONG // 4, LONG // 2, LONG - 1)
 # Survives every later run, since nothing ever clears it.
 LASTING_KEY = "analytics.firstScreenshotTracked"
 
@@ -83,6 +86,90 @@ class Killed(unittest.TestCase):
         quenlio.process.wait(10)
         wait_for(lambda: quenlio.bus_name not in self.session.bus_names(), "its name to be free")
         return not quenlio.detections(path)
+
+
+class CutShort(unittest.TestCase):
+    """The system kills it in the middle of a write: where the file that it writes would become longer than a limit. The
+    file in question is made the longest of all, so that no other comes to that length."""
+
+    def setUp(self):
+        self.session = Session()
+        self.addCleanup(self.session.stop)
+        self.session.start()
+        self.addCleanup(self.end)
+
+    def end(self):
+        self.session.end(self.quenlio.process)
+
+    def assert_cut(self, file, limit, change):
+        """The change ends it with so many bytes written, and the file is as it was."""
+        quenlio = self.quenlio
+        before = file.read_bytes()
+        self.session.log.truncate(0)  # the program writes there as well
+        self.session.run(["prlimit", "--pid", quenlio.process.pid, "--core=0", f"--fsize={limit}"])
+        change()
+        self.assertEqual(quenlio.process.wait(10), -signal.SIGXFSZ)
+        wait_for(lambda: quenlio.bus_name not in self.session.bus_names(), "its name to be free")
+        self.assertEqual(file.read_bytes(), before)
+        self.assertIn(limit, {path.stat().st_size for path in file.parent.iterdir()}, "the write that was cut")
+
+    def capture(self, number):
+        return self.session.write(self.quenlio.folder / f"Screenshot_20261115_2104{number:02}.png",
+                                  pictures.png(number))
+
+    def assert_next_capture_arrives(self, number):
+        self.quenlio.wait_for_arrival(self.capture(number))
+        self.assertEqual(self.quenlio.stop(), 0)
+
+    def test_settings(self):
+        self.quenlio = quenlio = QuenlioWithSettings(self.session, self.session.mkdir("home/Desktop"), maxHistory=10)
+        self.session.mkdir("home/.config/quenlio")
+        self.session.write(quenlio.saved_settings, json.dumps({"padding": {"string": "x" * LONG}}).encode())
+        for number, limit in enumerate(LIMITS):
+            # Each launch writes what the cut one could not.
+            quenlio.start()
+            self.assertGreater(quenlio.saved_settings.stat().st_size, LONG)
+            self.assert_cut(quenlio.saved_settings, limit, lambda: quenlio.write({"maxHistory": 100 + number}))
+        # Between the length it has and the one it would get.
+        quenlio.start()
+        self.assert_cut(quenlio.saved_settings, quenlio.saved_settings.stat().st_size + 1,
+                        lambda: quenlio.write({"maxHistory": 123456}))
+        quenlio.start()
+        self.assert_next_capture_arrives(0)
+
+    def test_pins(self):
+        folder = self.session.mkdir("home/Desktop")
+        self.quenlio = quenlio = Quenlio(self.session, folder)
+        kept = [self.session.write(folder / f"{number:03}{'x' * 200}.png", b"x") for number in range(LONG // 200)]
+        pins = self.session.write(quenlio.support / "pinned.json", json.dumps(
+            [{"path": str(path), "isPinned": True} for path in kept]).encode())
+        for number, limit in enumerate(LIMITS):
+            quenlio.start()
+            self.assertGreater(pins.stat().st_size, LONG)
+            self.assert_cut(pins, limit, lambda: self.capture(number))
+        quenlio.start()
+        self.assertEqual(len(json.loads(pins.read_text())), len(kept))
+        self.assert_next_capture_arrives(len(LIMITS))
+
+    def test_the_state(self):
+        # It names the newest capture and the selected one by their whole paths.
+        folder = self.session.mkdir("home/" + "/".join(["x" * 250] * 12))
+        self.quenlio = quenlio = Quenlio(self.session, folder)
+        state, log = quenlio.diagnostics / "state.json", quenlio.diagnostics / "events.jsonl"
+        for number, limit in enumerate((4000, 5000, 6000)):
+            quenlio.start()
+            wait_for(lambda: quenlio.state()["permissionState"]["screenRecordingGranted"], "the last part of the state")
+            self.assertLess(state.stat().st_size, 2000)
+            endless = quenlio.diagnostics / "endless"
+            endless.symlink_to("/dev/null")  # which has no length
+            endless.rename(log)
+            self.assert_cut(state, limit, lambda: self.capture(number))
+            log.unlink()
+            for path in folder.iterdir():
+                path.unlink()
+        quenlio.start()
+        self.assert_next_capture_arrives(0)
+        self.assertGreater(state.stat().st_size, 6000)
 
 
 if __name__ == "__main__":

@@ -303,8 +303,12 @@ class FakeThumbnailRenderer final : public ThumbnailRenderer {
     rendered.push_back(url.path());
     return undecodable.contains(url.path()) ? nullptr : std::make_shared<FakeImage>(url, canvas);
   }
+  [[nodiscard]] std::optional<ImageRef> renderHere(const FileURL& url, Size canvas) override {
+    return decodedApart.contains(url.path()) ? std::nullopt : std::optional(render(url, canvas));
+  }
   std::vector<std::string> rendered;
   std::set<std::string> undecodable;
+  std::set<std::string> decodedApart;
 };
 
 }  // namespace quenlio

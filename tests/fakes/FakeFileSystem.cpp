@@ -19,6 +19,11 @@ PlatformError error(std::string reason) {
 }  // namespace
 
 const FakeFileSystem::Node* FakeFileSystem::find(const FileURL& url) const {
+  const Node* node = findItself(url);
+  return node != nullptr && !node->isDanglingLink ? node : nullptr;
+}
+
+const FakeFileSystem::Node* FakeFileSystem::findItself(const FileURL& url) const {
   const auto found = nodes_.find(url.standardized().path());
   return found != nodes_.end() ? &found->second : nullptr;
 }
@@ -33,6 +38,9 @@ void FakeFileSystem::insert(const std::string& path, Node node) {
     insert(parent.path(), {.isFolder = true, .content = {}, .created = clock_.now()});
   }
   node.order = ++lastOrder_;
+  if (node.number == 0) {
+    node.number = node.order;
+  }
   nodes_[path] = std::move(node);
 }
 
@@ -51,6 +59,12 @@ void FakeFileSystem::makeFolder(const std::string& path) {
   }
 }
 
+void FakeFileSystem::makeDanglingLink(const std::string& path) {
+  Node link;
+  link.isDanglingLink = true;
+  insert(path, std::move(link));
+}
+
 void FakeFileSystem::remove(const std::string& path) {
   std::erase_if(nodes_, [&](const auto& node) { return isBelow(node.first, path); });
 }
@@ -62,6 +76,11 @@ std::optional<std::string> FakeFileSystem::content(const std::string& path) cons
 
 bool FakeFileSystem::fileExistsAtPath(const FileURL& url) const {
   return find(url) != nullptr;
+}
+
+std::optional<FileIdentity> FakeFileSystem::identityOfItemAtPath(const FileURL& url) const {
+  const Node* node = findItself(url);
+  return node != nullptr ? std::optional(FileIdentity{.number = node->number}) : std::nullopt;
 }
 
 bool FakeFileSystem::isDirectory(const FileURL& url) const {
@@ -166,13 +185,13 @@ PlatformResult<Done> FakeFileSystem::moveItemAtURL(const FileURL& from, const Fi
   if (duringMove) {
     duringMove(from, to);
   }
-  if (find(from) == nullptr || !isDirectory(to.parent())) {
+  if (findItself(from) == nullptr || !isDirectory(to.parent())) {
     return error("no such file");
   }
   if (to.lastPathComponent().size() > kNameLimit) {
     return error("the name is too long");
   }
-  if (find(to) != nullptr) {
+  if (findItself(to) != nullptr) {
     return error("a file is in the way");
   }
   if (!isWritable(from) || !isWritable(to)) {
@@ -188,7 +207,7 @@ PlatformResult<Done> FakeFileSystem::copyItemAtURL(const FileURL& from, const Fi
   if (source == nullptr || source->isFolder || source->isUnreadable) {
     return error("the file cannot be read");
   }
-  if (find(to) != nullptr) {
+  if (findItself(to) != nullptr) {
     return error("a file is in the way");
   }
   if (!isWritable(to)) {
@@ -200,7 +219,7 @@ PlatformResult<Done> FakeFileSystem::copyItemAtURL(const FileURL& from, const Fi
 
 PlatformResult<Done> FakeFileSystem::removeItemAtURL(const FileURL& url) {
   log_.add("removeItem " + url.path());
-  if (find(url) == nullptr) {
+  if (findItself(url) == nullptr) {
     return error("no such file");
   }
   if (!isWritable(url)) {
@@ -212,14 +231,14 @@ PlatformResult<Done> FakeFileSystem::removeItemAtURL(const FileURL& url) {
 
 PlatformResult<std::optional<FileURL>> FakeFileSystem::trashItemAtURL(const FileURL& url) {
   log_.add("trashItem " + url.path());
-  if (find(url) == nullptr) {
+  if (findItself(url) == nullptr) {
     return error("no such file");
   }
   if (!isWritable(url)) {
     return error("read-only");
   }
   FileURL place = FileURL(kTrash).appending(url.lastPathComponent());
-  for (int number = 2; find(place) != nullptr; ++number) {
+  for (int number = 2; findItself(place) != nullptr; ++number) {
     place = FileURL(kTrash).appending(std::to_string(number) + "." + url.lastPathComponent());
   }
   makeFolder(kTrash);

@@ -23,6 +23,8 @@ class FakeFileSystem final : public FileManager, public FileContents {
   // A file, with the folders above it. An existing one gets the new content and keeps its creation date.
   void write(const std::string& path, std::string content = "content");
   void makeFolder(const std::string& path);
+  // A link that leads nowhere: the name is taken, and there is no file.
+  void makeDanglingLink(const std::string& path);
   void setCreationDate(const std::string& path, std::optional<Date> date) { nodes_.at(path).created = date; }
   // A file that is still being written: it is there, and a listing has no values for it.
   void setUnfinished(const std::string& path, bool unfinished) { nodes_.at(path).isUnfinished = unfinished; }
@@ -47,6 +49,7 @@ class FakeFileSystem final : public FileManager, public FileContents {
 
   // --- FileManager
   [[nodiscard]] bool fileExistsAtPath(const FileURL& url) const override;
+  [[nodiscard]] std::optional<FileIdentity> identityOfItemAtPath(const FileURL& url) const override;
   [[nodiscard]] bool isDirectory(const FileURL& url) const override;
   [[nodiscard]] bool isReadableFileAtPath(const FileURL& url) const override;
   [[nodiscard]] PlatformResult<FileAttributes> attributesOfItemAtPath(const FileURL& url) const override;
@@ -71,7 +74,9 @@ class FakeFileSystem final : public FileManager, public FileContents {
     bool isFolder = false;
     std::string content;
     std::optional<Date> created;
-    std::uint64_t order = 0;  // of a listing
+    std::uint64_t order = 0;   // of a listing
+    std::uint64_t number = 0;  // its identity; no other ever has it
+    bool isDanglingLink = false;
     bool isUnfinished = false;
     bool isSizeUnreadable = false;
     bool isUnreadable = false;
@@ -79,6 +84,8 @@ class FakeFileSystem final : public FileManager, public FileContents {
   };
 
   [[nodiscard]] const Node* find(const FileURL& url) const;
+  // The same, with links that lead nowhere.
+  [[nodiscard]] const Node* findItself(const FileURL& url) const;
   [[nodiscard]] bool isWritable(const FileURL& url) const;
   void insert(const std::string& path, Node node);
   void rename(const std::string& from, const std::string& to);

@@ -118,13 +118,25 @@ class FakePreviewPanel final : public PreviewPanel {
     log_.add("preview setDataSource");
     source_ = &source;
   }
+  void prepareItem(const FileURL& url) override {
+    log_.add("preview prepareItem " + url.lastPathComponent());
+    if (!isVisible_) {
+      prepared = url;
+    }
+  }
+  void dropPreparedItem() override {
+    log_.add("preview dropPreparedItem");
+    prepared.reset();
+  }
   void makeKeyAndOrderFront() override {
     log_.add("preview makeKeyAndOrderFront");
     isVisible_ = true;
+    prepared.reset();
   }
   void orderOut() override {
     log_.add("preview orderOut");
     isVisible_ = false;
+    prepared.reset();
   }
   void setCurrentPreviewItemIndex(std::size_t index) override {
     log_.add("preview setCurrentPreviewItemIndex " + std::to_string(index));
@@ -143,7 +155,8 @@ class FakePreviewPanel final : public PreviewPanel {
   }
 
   bool canExist = true;
-  std::vector<FileURL> files;  // as of the last reload
+  std::vector<FileURL> files;       // as of the last reload
+  std::optional<FileURL> prepared;  // while it is not up
 
  private:
   CallLog& log_;

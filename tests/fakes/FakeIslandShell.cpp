@@ -69,7 +69,12 @@ void FakePanel::makeKeyAndOrderFront() {
 }
 void FakePanel::makeKeyWindow() {
   log_.add("makeKeyWindow");
+  isKeyUnused_ = isVisible_ && (isKeyUnused_ || !isKey_);
   isKey_ = isVisible_;
+}
+void FakePanel::returnUnusedKeyboard() {
+  log_.add("returnUnusedKeyboard");
+  isKey_ = isKey_ && !isKeyUnused_;
 }
 void FakePanel::makeContentViewFirstResponder() {
   log_.add("makeFirstResponder");
@@ -77,6 +82,9 @@ void FakePanel::makeContentViewFirstResponder() {
 }
 void FakePanel::orderOut() {
   log_.add("orderOut");
+  if (duringOrderOut) {
+    duringOrderOut();
+  }
   isVisible_ = false;
   isKey_ = false;
 }

@@ -33,6 +33,7 @@ class FakePanel final : public Panel {
   void orderFrontRegardless() override;
   void makeKeyAndOrderFront() override;
   void makeKeyWindow() override;
+  void returnUnusedKeyboard() override;
   void makeContentViewFirstResponder() override;
   void orderOut() override;
   void invalidateShadow() override;
@@ -48,13 +49,18 @@ class FakePanel final : public Panel {
   [[nodiscard]] bool ignoresMouseEvents() const { return ignoresMouseEvents_; }
   [[nodiscard]] const std::optional<PanelAnimation>& lastAnimation() const { return lastAnimation_; }
   // A key press of the user's, which reaches the panel only while it has the keyboard; whether it was consumed.
-  [[nodiscard]] bool pressKey(const KeyEvent& event) const { return isKey_ && handKeyDown(event); }
+  [[nodiscard]] bool pressKey(const KeyEvent& event) {
+    isKeyUnused_ = isKeyUnused_ && !isKey_;
+    return isKey_ && handKeyDown(event);
+  }
   // The same for a test of what a key means, whoever has the keyboard.
   [[nodiscard]] bool handKeyDown(const KeyEvent& event) const { return onKeyDown_ && onKeyDown_(event); }
   // The user clicks into something inside the panel.
   void focus(FirstResponder responder) { firstResponder_ = responder; }
   // Takes the keyboard away, as another window would.
   void resignKey() { isKey_ = false; }
+  // What the view hears while the panel goes: the end of whatever the pointer holds.
+  std::function<void()> duringOrderOut;
   // When set, screen() gives this: what a window manager may do with a window behind the program's back.
   std::optional<ScreenInfo> screenOverride;
 
@@ -66,6 +72,7 @@ class FakePanel final : public Panel {
   double alpha_ = 1;
   bool isVisible_ = false;
   bool isKey_ = false;
+  bool isKeyUnused_ = false;  // it came with the pointer, and nothing has been pressed since
   FirstResponder firstResponder_ = FirstResponder::contentView;
   bool ignoresMouseEvents_ = false;
   std::optional<PanelAnimation> lastAnimation_;

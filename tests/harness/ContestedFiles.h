@@ -1,5 +1,5 @@
-// Files and folders as they are, with another program about that may act just before a move does: after the names have
-// been looked at, and before anything is moved. Any thread that the files underneath allow.
+// Files and folders as they are, with another program about that may act just before a move or a copy does: after the
+// names have been looked at, and before anything is done. Any thread that the files underneath allow.
 #pragma once
 
 #include <functional>
@@ -12,10 +12,13 @@ namespace quenlio {
 class ContestedFiles final : public FileManager {
  public:
   // The files outlive this.
-  ContestedFiles(FileManager& files, std::function<void(const FileURL& to)> beforeMove)
-      : files_(files), beforeMove_(std::move(beforeMove)) {}
+  ContestedFiles(FileManager& files, std::function<void(const FileURL& to)> before)
+      : files_(files), before_(std::move(before)) {}
 
   [[nodiscard]] bool fileExistsAtPath(const FileURL& url) const override { return files_.fileExistsAtPath(url); }
+  [[nodiscard]] std::optional<FileIdentity> identityOfItemAtPath(const FileURL& url) const override {
+    return files_.identityOfItemAtPath(url);
+  }
   [[nodiscard]] bool isDirectory(const FileURL& url) const override { return files_.isDirectory(url); }
   [[nodiscard]] bool isReadableFileAtPath(const FileURL& url) const override {
     return files_.isReadableFileAtPath(url);
@@ -36,10 +39,11 @@ class ContestedFiles final : public FileManager {
   }
   PlatformResult<Done> createDirectoryAtURL(const FileURL& url) override { return files_.createDirectoryAtURL(url); }
   PlatformResult<Done> moveItemAtURL(const FileURL& from, const FileURL& to) override {
-    beforeMove_(to);
+    before_(to);
     return files_.moveItemAtURL(from, to);
   }
   PlatformResult<Done> copyItemAtURL(const FileURL& from, const FileURL& to) override {
+    before_(to);
     return files_.copyItemAtURL(from, to);
   }
   PlatformResult<Done> removeItemAtURL(const FileURL& url) override { return files_.removeItemAtURL(url); }
@@ -49,7 +53,7 @@ class ContestedFiles final : public FileManager {
 
  private:
   FileManager& files_;
-  std::function<void(const FileURL& to)> beforeMove_;
+  std::function<void(const FileURL& to)> before_;
 };
 
 }  // namespace quenlio

@@ -62,6 +62,7 @@ LibrarySoak::LibrarySoak(TestPlatform& platform, SoakDisk disk, std::uint32_t se
       disk_(std::move(disk)),
       random_(seed),
       captures_(roomForPaths()),
+      isGone_(captures_.size()),
       foreign_(roomForPaths()),
       found_(captures_.size()) {
   settings_.maxHistory.set(kMaxHistory);
@@ -86,6 +87,9 @@ std::string LibrarySoak::anyStem() {
   static const std::vector<std::string> kStems{
       "Screenshot", ".hidden",  "two\nlines",          "\xFF\xFE",
       "a/b:c",      " padded ", std::string(251, 'l'), std::string(83, 'x') + "\xF0\x9F\x93\xB7"};
+  if (isOneIn(6)) {
+    return anyItem().fileURL.stem();
+  }
   return kStems[below(kStems.size())] + (isOneIn(2) ? std::to_string(below(30)) : "");
 }
 
@@ -99,8 +103,29 @@ void LibrarySoak::arrive() {
   store_.ingestScreenshot(url, std::nullopt);
 }
 
+void LibrarySoak::vanish() {
+  const std::string path = anyItem().fileURL.path();
+  const auto bytes = disk_.read(path);
+  if (const auto number = bytes ? captureNumber(*bytes, day_.arrived) : std::nullopt) {
+    disk_.remove(path);
+    captures_[*number] = path;
+    isGone_[*number] = 1;
+    ++day_.vanished;
+  }
+}
+
+bool LibrarySoak::isVanished(const std::string& path) const {
+  for (std::size_t number = 0; number < day_.arrived; ++number) {
+    if (isGone_[number] != 0 && captures_[number] == path) {
+      return true;
+    }
+  }
+  return false;
+}
+
 void LibrarySoak::takeName(const FileURL& url) {
-  if (isOneIn(10) && !disk_.read(url.path()) && url.lastPathComponent().size() <= 255) {
+  // Where an item is still listed, what is put there would be taken for its file.
+  if (isOneIn(10) && !isVanished(url.path()) && !disk_.read(url.path()) && url.lastPathComponent().size() <= 255) {
     disk_.write(url.path(), bytesOf(kForeign, day_.foreign));
     foreign_[day_.foreign++] = url.path();
   }
@@ -108,8 +133,10 @@ void LibrarySoak::takeName(const FileURL& url) {
 
 void LibrarySoak::operate() {
   const std::size_t dice = below(100);
-  if (dice < 30 || store_.items.get().empty()) {
+  if (dice < 28 || store_.items.get().empty()) {
     arrive();
+  } else if (dice < 30) {
+    vanish();
   } else if (dice < 45) {
     store_.moveToTrash(anyItem());
   } else if (dice < 48) {
@@ -176,8 +203,14 @@ std::string LibrarySoak::problem() {
 // Items know where their files went: the bytes tell which file it is.
 std::string LibrarySoak::followItems() {
   for (const ScreenshotItem& item : store_.items.get()) {
+    if (std::ranges::count(store_.items.get(), item.fileURL, &ScreenshotItem::fileURL) != 1) {
+      return item.fileURL.path() + " is listed twice";
+    }
     const auto bytes = disk_.read(item.fileURL.path());
     const auto number = bytes ? captureNumber(*bytes, day_.arrived) : std::nullopt;
+    if (!bytes && isVanished(item.fileURL.path())) {
+      continue;
+    }
     if (!number) {
       return item.fileURL.path() + (bytes ? " is listed and no capture" : " is listed and not there");
     }
@@ -197,8 +230,8 @@ std::string LibrarySoak::problemOfCaptures() {
   }
   for (std::size_t number = 0; number < day_.arrived; ++number) {
     found_[number] += disk_.read(captures_[number]) == bytesOf(kCapture, number) ? 1 : 0;
-    if (found_[number] != 1) {
-      return captures_[number] + (found_[number] == 0 ? " is lost" : " is there twice");
+    if (found_[number] != (isGone_[number] != 0 ? 0 : 1)) {
+      return captures_[number] + (found_[number] == 0 ? " is lost" : " is there too often");
     }
   }
   return {};

@@ -30,6 +30,7 @@ struct SoakDisk {
   const Clock& clock;
   FileURL captures;  // a folder that is there
   std::function<void(const std::string& path, const std::string& bytes)> write;
+  std::function<void(const std::string& path)> remove;
   std::function<std::optional<std::string>(const std::string& path)> read;  // nothing when there is no such file
   std::function<std::vector<std::string>()> trashed;                        // the paths of all files in the trash
 };
@@ -46,7 +47,8 @@ class LibrarySoak {
     std::ptrdiff_t deleted = 0;
     int undone = 0;
     int renamed = 0;
-    std::size_t failed = 0;  // operations that the disk refused
+    std::size_t vanished = 0;  // files that the user has deleted for good, outside of the library
+    std::size_t failed = 0;    // operations that the disk refused
   };
 
   // The platform outlives this, and serves for all that the disk does not.
@@ -58,8 +60,9 @@ class LibrarySoak {
   void operate();
   // Captures arrive until the library is full, and their thumbnails are made.
   void fillUp();
-  // What is not as it has to be, or an empty text. Every item has its file; every file that ever arrived is, byte for
-  // byte, either at its last path or in the trash; and the other program's files are as it has left them.
+  // What is not as it has to be, or an empty text. Every item has a file of its own, unless that has vanished; every
+  // other file that ever arrived is, byte for byte, either at its last path or in the trash; and the other program's
+  // files are as it has left them.
   [[nodiscard]] std::string problem();
 
   [[nodiscard]] const Day& day() const { return day_; }
@@ -70,6 +73,9 @@ class LibrarySoak {
   class Thumbnails final : public ThumbnailRenderer {
    public:
     [[nodiscard]] ImageRef render(const FileURL& url, Size canvas) override;
+    [[nodiscard]] std::optional<ImageRef> renderHere(const FileURL& url, Size canvas) override {
+      return render(url, canvas);
+    }
     [[nodiscard]] std::size_t alive() const { return static_cast<std::size_t>(counted_.use_count() - 1); }
 
    private:
@@ -82,6 +88,8 @@ class LibrarySoak {
   [[nodiscard]] const ScreenshotItem& anyItem() { return store_.items.get()[below(store_.items.get().size())]; }
   [[nodiscard]] std::string anyStem();
   void arrive();
+  void vanish();
+  [[nodiscard]] bool isVanished(const std::string& path) const;
   void operateOnSelection();
   void takeName(const FileURL& url);
   void count();
@@ -95,6 +103,7 @@ class LibrarySoak {
   std::size_t nextName_ = 0;
   // By number. The last path outside of the trash; all the room that is ever needed is there from the beginning.
   std::vector<std::string> captures_;
+  std::vector<char> isGone_;  // vanished from its last path
   std::vector<std::string> foreign_;
   std::vector<int> found_;
   Thumbnails thumbnails_;

@@ -2,6 +2,7 @@
 // of account.
 #pragma once
 
+#include <functional>
 #include <map>
 #include <string>
 #include <utility>
@@ -26,6 +27,9 @@ class SchedulerRecorder final : public Scheduler {
   [[nodiscard]] ScheduledTask after(Seconds delay, Task task) override { return time_.after(delay, std::move(task)); }
   [[nodiscard]] ScheduledTask every(Seconds interval, Seconds tolerance, Task task) override {
     repeating.push_back({interval, tolerance});
+    if (whenRepeating) {
+      whenRepeating(interval);
+    }
     return time_.every(interval, tolerance, std::move(task));
   }
   void detached(QualityOfService priority, Task task) override {
@@ -40,6 +44,8 @@ class SchedulerRecorder final : public Scheduler {
   std::vector<Repeating> repeating;  // in the order of asking
   std::vector<QualityOfService> detachedPriorities;
   std::map<std::string, QualityOfService> queueQualities;  // by label
+  // Hears of each interval before its timer waits.
+  std::function<void(Seconds interval)> whenRepeating;
 
  private:
   VirtualTime& time_;

@@ -100,9 +100,10 @@ class TestPlatform {
     configuration.diagnosticsDirectory = FileURL("/run");
   }
 
-  [[nodiscard]] Platform platform() {
+  [[nodiscard]] Platform platform() { return platform(time); }
+  [[nodiscard]] Platform platform(Scheduler& scheduler) {
     return {
-        .scheduler = time,
+        .scheduler = scheduler,
         .clock = time,
         .log = systemLog,
         .process = process,
@@ -135,9 +136,10 @@ class TestPlatform {
     };
   }
 
-  [[nodiscard]] std::unique_ptr<AppDelegate> makeApp() {
+  [[nodiscard]] std::unique_ptr<AppDelegate> makeApp() { return makeApp(time); }
+  [[nodiscard]] std::unique_ptr<AppDelegate> makeApp(Scheduler& scheduler) {
     return std::make_unique<AppDelegate>(
-        platform(),
+        platform(scheduler),
         AppServices{.islandShell = islandShell,
                     .analytics = analytics,
                     .editors = editors,

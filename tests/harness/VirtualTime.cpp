@@ -61,8 +61,8 @@ ScheduledTask VirtualTime::every(Seconds interval, Seconds, Task task) {
   });
 }
 
-void VirtualTime::detached(QualityOfService, Task task) {
-  add(elapsed_, ++lastQueue_, std::move(task));
+void VirtualTime::detached(QualityOfService priority, Task task) {
+  add(elapsed_, priority == QualityOfService::background ? kBackgroundQueue : ++lastQueue_, std::move(task));
 }
 
 std::unique_ptr<SerialQueue> VirtualTime::makeSerialQueue(std::string label, QualityOfService) {

@@ -3,6 +3,7 @@
 // Tasks run in the order (due time, order of posting). Moving the clock and running what is due are one act in
 // advanceBy() and apart in runReady(). A run that executes ten thousand tasks without the clock moving throws, since it
 // would never end. With a seed, tasks of different queues that are due together change places; within one queue, never.
+// Detached tasks are a queue each, but for those at background, which have one in common.
 #pragma once
 
 #include <cstdint>
@@ -44,6 +45,7 @@ class VirtualTime final : public Scheduler, public Clock {
   class Queue;
   using QueueID = std::uint64_t;
   static constexpr QueueID kMainQueue = 0;
+  static constexpr QueueID kBackgroundQueue = 1;
 
   struct Entry {
     std::chrono::nanoseconds due;
@@ -67,7 +69,7 @@ class VirtualTime final : public Scheduler, public Clock {
   std::chrono::nanoseconds elapsed_{0};
   std::chrono::nanoseconds wallOffset_{0};
   std::uint64_t lastSequence_ = 0;
-  QueueID lastQueue_ = kMainQueue;
+  QueueID lastQueue_ = kBackgroundQueue;
   QueueID current_ = kMainQueue;
   int tasksSinceProgress_ = 0;
   std::optional<std::mt19937> shuffle_;

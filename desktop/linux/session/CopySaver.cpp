@@ -1,9 +1,13 @@
 #include "desktop/linux/session/CopySaver.h"
 
 #include <QtCore/QFile>
+#include <QtCore/QFileInfo>
 #include <QtWidgets/QFileDialog>
 #include <QtWidgets/QMessageBox>
+#include <algorithm>
+#include <cerrno>
 #include <cstdio>
+#include <fcntl.h>
 #include <optional>
 #include <string>
 
@@ -16,101 +20,211 @@ namespace {
 struct Copy {
   FileURL from;
   FileURL to;
-  bool mayReplace = false;
+  std::optional<FileIdentity> replaced = {};  // the file that the user has agreed to replace
 };
 
-std::optional<std::string> replace(const Copy& copy, FileManager& files) {
+QString shown(const std::string& bytes) {
+  return QFile::decodeName(QByteArray::fromStdString(bytes));
+}
+
+std::string bytesOf(const QString& text) {
+  return QFile::encodeName(text).toStdString();
+}
+
+// What is shown under that name in the folder, which need not be spelt like that.
+FileURL entryShownAs(const QString& name, const FileURL& folder, const FileManager& files) {
+  FileURL spelt = folder.appending(bytesOf(name));
+  if (files.fileExistsAtPath(spelt)) {
+    return spelt;
+  }
+  const auto entries = files.contentsOfDirectoryAtURL(folder, HiddenFiles::include);
+  if (entries.ok()) {
+    for (const DirectoryEntry& entry : entries.value()) {
+      if (shown(entry.url.lastPathComponent()) == name) {
+        return entry.url;
+      }
+    }
+  }
+  return spelt;
+}
+
+FileURL folderShownAs(const QString& path, const FileManager& files) {
+  FileURL folder("/");
+  for (const QString& name : path.split(u'/', Qt::SkipEmptyParts)) {
+    folder = entryShownAs(name, folder, files);
+  }
+  return folder;
+}
+
+// Puts the file `made` in the place of the other, which goes; 0 or the error's number. Both change places first, so
+// that it shows which file that was before anything is lost.
+int replace(const FileURL& made, const Copy& copy, const FileManager& files) {
+  const char* from = made.path().c_str();
+  const char* to = copy.to.path().c_str();
+  if (::renameat2(AT_FDCWD, from, AT_FDCWD, to, RENAME_EXCHANGE) == 0) {
+    if (files.identityOfItemAtPath(made) == copy.replaced) {
+      return 0;
+    }
+    (void)::renameat2(AT_FDCWD, from, AT_FDCWD, to, RENAME_EXCHANGE);
+    return EEXIST;
+  }
+  const bool knowsNoExchange = errno == EINVAL || errno == ENOSYS || errno == EOPNOTSUPP;
+  if (!knowsNoExchange || files.identityOfItemAtPath(copy.to) != copy.replaced) {
+    return EEXIST;
+  }
+  return std::rename(from, to) == 0 ? 0 : errno;
+}
+
+using Problem = std::optional<std::string>;
+
+Problem makeInPlaceOfAnother(const Copy& copy, FileManager& files) {
   const FileURL hidden = copy.to.parent().appending(".quenlio-copy-" + Uuid::random().string());
   if (const auto made = files.copyItemAtURL(copy.from, hidden); !made.ok()) {
     return made.error().localizedDescription;
   }
-  if (std::rename(hidden.path().c_str(), copy.to.path().c_str()) != 0) {
-    (void)files.removeItemAtURL(hidden);
-    return "The file “" + copy.to.lastPathComponent() + "” could not be replaced.";
-  }
-  return std::nullopt;
+  const int error = replace(hidden, copy, files);
+  (void)files.removeItemAtURL(hidden);  // the copy, or what it has replaced
+  return error == 0 ? Problem() : "The file “" + copy.to.lastPathComponent() + "” could not be replaced.";
 }
 
 // Why a copy could not be made, if it could not.
-std::optional<std::string> make(const Copy& copy, FileManager& files) {
+Problem make(const Copy& copy, FileManager& files) {
   if (copy.from.standardized() == copy.to.standardized()) {
     return std::nullopt;
   }
-  if (copy.mayReplace) {
-    return replace(copy, files);
+  if (copy.replaced && files.identityOfItemAtPath(copy.to) == copy.replaced) {
+    return makeInPlaceOfAnother(copy, files);
   }
   const auto made = files.copyItemAtURL(copy.from, copy.to);
-  return made.ok() ? std::nullopt : std::optional(made.error().localizedDescription);
+  return made.ok() ? Problem() : made.error().localizedDescription;
 }
 
-void tell(const std::string& problem) {
-  auto* box = new QMessageBox(QMessageBox::Warning, QStringLiteral("Save a Copy"), QString::fromStdString(problem),
-                              QMessageBox::Ok);
+// Another program may take a name just when it has been found free.
+Problem makeUnderFreeName(Copy copy, FileManager& files) {
+  constexpr int attempts = 16;
+  const FileURL wanted = copy.to;
+  Problem problem;
+  for (int attempt = 0; attempt < attempts; ++attempt) {
+    copy.to = uniqueRenameURL(FileURL(), wanted, files);
+    problem = make(copy, files);
+    if (!problem || !files.identityOfItemAtPath(copy.to)) {
+      break;
+    }
+  }
+  return problem;
+}
+
+void tell(const std::vector<std::string>& problems) {
+  constexpr std::size_t most = 8;
+  QStringList lines;
+  for (const std::string& problem : problems) {
+    lines << QString::fromStdString(problem);
+    if (lines.size() == most && problems.size() > most) {
+      lines << QStringLiteral("and %1 more").arg(problems.size() - most);
+      break;
+    }
+  }
+  auto* box = new QMessageBox(QMessageBox::Warning, QStringLiteral("Save a Copy"), lines.join(u'\n'), QMessageBox::Ok);
   box->setAttribute(Qt::WA_DeleteOnClose);
   box->show();
 }
 
-FileURL chosen(const QFileDialog& dialog) {
-  return FileURL(QFile::encodeName(dialog.selectedFiles().value(0)).toStdString());
-}
-
-void setUp(QFileDialog& dialog, const std::vector<FileURL>& urls) {
-  dialog.setAcceptMode(urls.size() == 1 ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
-  if (urls.size() == 1) {
-    dialog.setWindowTitle(QStringLiteral("Save a Copy"));
-    dialog.setFileMode(QFileDialog::AnyFile);
-    dialog.selectFile(QFile::decodeName(QByteArray::fromStdString(urls.front().path())));
-  } else {
-    dialog.setWindowTitle(QStringLiteral("Save %1 Copies").arg(urls.size()));
-    dialog.setFileMode(QFileDialog::Directory);
-    dialog.setOption(QFileDialog::ShowDirsOnly);
-    dialog.setDirectory(QFile::decodeName(QByteArray::fromStdString(urls.front().parent().path())));
-    dialog.setLabelText(QFileDialog::Accept, QStringLiteral("Save"));
+void makeAll(const std::vector<Copy>& copies, FileManager& files, Scheduler& scheduler) {
+  std::vector<std::string> problems;
+  for (const Copy& copy : copies) {
+    const Problem problem = copies.size() > 1 ? makeUnderFreeName(copy, files) : make(copy, files);
+    if (problem) {
+      problems.push_back(*problem);
+    }
+  }
+  if (!problems.empty()) {
+    scheduler.post([problems = std::move(problems)] { tell(problems); });
   }
 }
 
 }  // namespace
+
+class CopySaver::Dialog final : public QFileDialog {
+ public:
+  Dialog(std::vector<FileURL> urls, const FileManager& files) : urls_(std::move(urls)), files_(files) {
+    setAcceptMode(isOfOne() ? AcceptSave : AcceptOpen);
+    if (isOfOne()) {
+      setWindowTitle(QStringLiteral("Save a Copy"));
+      setFileMode(AnyFile);
+      selectFile(shown(urls_.front().path()));
+    } else {
+      setWindowTitle(QStringLiteral("Save %1 Copies").arg(urls_.size()));
+      setFileMode(Directory);
+      setOption(ShowDirsOnly);
+      setDirectory(shown(urls_.front().parent().path()));
+      setLabelText(Accept, QStringLiteral("Save"));
+    }
+  }
+
+  // The copies as the user wants them.
+  [[nodiscard]] std::vector<Copy> copies() const {
+    if (isOfOne()) {
+      return {{urls_.front(), place(), replaced_}};
+    }
+    std::vector<Copy> copies;
+    const FileURL folder = place();
+    for (const FileURL& url : urls_) {
+      copies.push_back({url, folder.appending(url.lastPathComponent())});
+    }
+    return copies;
+  }
+
+ private:
+  // Notes what is there before the question about it, which is the file that the answer is about.
+  void accept() override {
+    const bool willBeAskedAbout = QFileInfo::exists(selectedFiles().value(0));
+    replaced_ = willBeAskedAbout && isOfOne() ? files_.identityOfItemAtPath(place()) : std::nullopt;
+    QFileDialog::accept();
+  }
+
+  [[nodiscard]] bool isOfOne() const { return urls_.size() == 1; }
+  [[nodiscard]] FileURL place() const {
+    const QString chosen = selectedFiles().value(0);
+    if (!isOfOne()) {
+      return folderShownAs(chosen, files_);
+    }
+    const QFileInfo file(chosen);
+    const std::string ownName = urls_.front().lastPathComponent();
+    return folderShownAs(file.path(), files_)
+        .appending(file.fileName() == shown(ownName) ? ownName : bytesOf(file.fileName()));
+  }
+
+  const std::vector<FileURL> urls_;
+  const FileManager& files_;
+  std::optional<FileIdentity> replaced_;
+};
 
 CopySaver::CopySaver(FileManager& files, Scheduler& scheduler) : files_(files), scheduler_(scheduler) {}
 
 CopySaver::~CopySaver() = default;
 
 void CopySaver::save(const std::vector<FileURL>& urls) {
-  dialog_ = std::make_unique<QFileDialog>();
-  setUp(*dialog_, urls);
-  const std::function<void(int)> finished = weak_.bind(
-      [urls](CopySaver& self, int result) { self.closed(urls, result == static_cast<int>(QDialog::Accepted)); });
-  QObject::connect(dialog_.get(), &QDialog::finished, dialog_.get(), finished);
-  dialog_->show();
-  dialog_->raise();
-  dialog_->activateWindow();
+  auto dialog = std::make_unique<Dialog>(urls, files_);
+  const std::function<void(int)> finished = weak_.bind([made = dialog.get()](CopySaver& self, int result) {
+    self.closed(made, result == static_cast<int>(QDialog::Accepted));
+  });
+  QObject::connect(dialog.get(), &QDialog::finished, dialog.get(), finished);
+  dialog->show();
+  dialog->raise();
+  dialog->activateWindow();
+  open_.push_back(std::move(dialog));
 }
 
-void CopySaver::closed(const std::vector<FileURL>& urls, bool isAccepted) {
-  const FileURL place = chosen(*dialog_);
-  dialog_.release()->deleteLater();  // it is just calling us
-  if (!isAccepted || place.path().empty()) {
-    return;
+void CopySaver::closed(const Dialog* dialog, bool isAccepted) {
+  const auto found = std::ranges::find(open_, dialog, &std::unique_ptr<Dialog>::get);
+  std::vector<Copy> copies = isAccepted ? dialog->copies() : std::vector<Copy>();
+  found->release()->deleteLater();  // it is just calling us
+  open_.erase(found);
+  if (!copies.empty()) {
+    scheduler_.detached(
+        QualityOfService::userInitiated,
+        [copies = std::move(copies), &files = files_, &scheduler = scheduler_] { makeAll(copies, files, scheduler); });
   }
-  std::vector<Copy> copies;
-  for (const FileURL& url : urls) {
-    // What is there under the one name, the dialog has asked about.
-    copies.push_back(urls.size() == 1 ? Copy{url, place, files_.fileExistsAtPath(place)}
-                                      : Copy{url, place.appending(url.lastPathComponent())});
-  }
-  scheduler_.detached(QualityOfService::userInitiated,
-                      [copies = std::move(copies), &files = files_, &scheduler = scheduler_] {
-                        const bool inFolder = copies.size() > 1;
-                        for (Copy copy : copies) {
-                          if (inFolder) {
-                            copy.to = uniqueRenameURL(FileURL(), copy.to, files);
-                          }
-                          if (const auto problem = make(copy, files)) {
-                            scheduler.post([problem] { tell(*problem); });
-                            return;
-                          }
-                        }
-                      });
 }
 
 }  // namespace quenlio

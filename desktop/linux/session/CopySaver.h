@@ -1,19 +1,14 @@
 // Saves copies of files where the user says: one under a name, several in a folder. What is there already is replaced
-// only after the dialog has asked; in a folder the copies get names that are free. Owned by the share menu; main
-// thread.
+// only if a dialog has asked about this very file; in a folder the copies get names that are free. Names need not be
+// UTF-8, though dialogs can show no others as they are. Owned by the share menu; main thread.
 #pragma once
 
-#include <QtCore/QtGlobal>
 #include <memory>
 #include <vector>
 
 #include "core/base/WeakOwner.h"
 #include "core/platform/FileManager.h"
 #include "core/platform/Scheduler.h"
-
-QT_BEGIN_NAMESPACE
-class QFileDialog;
-QT_END_NAMESPACE
 
 namespace quenlio {
 
@@ -25,15 +20,16 @@ class CopySaver {
   CopySaver& operator=(const CopySaver&) = delete;
   ~CopySaver();
 
-  // Shows a dialog and returns at once; one that is still open goes.
+  // Shows a dialog and returns at once. Others that are open stay.
   void save(const std::vector<FileURL>& urls);
 
  private:
-  void closed(const std::vector<FileURL>& urls, bool isAccepted);
+  class Dialog;
+  void closed(const Dialog* dialog, bool isAccepted);
 
   FileManager& files_;
   Scheduler& scheduler_;
-  std::unique_ptr<QFileDialog> dialog_;
+  std::vector<std::unique_ptr<Dialog>> open_;
   WeakOwner<CopySaver> weak_{this};
 };
 

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "desktop/linux/system/DesktopEntries.h"
 #include "desktop/render/QtImage.h"
 #include "desktop/render/SoftShadow.h"
 
@@ -49,6 +50,19 @@ void drawSheet(QPainter& painter, const QRectF& card) {
   }
 }
 
+// The desktop's icon of the file's type, or of its kind.
+QIcon iconOf(const FileURL& file) {
+  const FileType type = fileTypeOf(file);
+  for (const std::string& name : type) {
+    const QIcon icon = QIcon::fromTheme(QString::fromStdString(name).replace(u'/', u'-'));
+    if (!icon.isNull()) {
+      return icon;
+    }
+  }
+  const bool isPicture = type.front().starts_with("image/");
+  return QIcon::fromTheme(isPicture ? QStringLiteral("image-x-generic") : QStringLiteral("x-office-document"));
+}
+
 void drawContents(QPainter& painter, const DraggingItem& item, const QRectF& card) {
   const auto* picture = dynamic_cast<const QtImage*>(item.image.get());
   if (picture != nullptr && !picture->picture().isEmpty()) {
@@ -56,7 +70,7 @@ void drawContents(QPainter& painter, const DraggingItem& item, const QRectF& car
     painter.drawImage(card, picture->image(), filling(picture->picture(), card.size()));
     return;
   }
-  const QIcon icon = QIcon::fromTheme(QStringLiteral("image-x-generic"));
+  const QIcon icon = iconOf(item.fileURL);
   if (icon.isNull()) {
     drawSheet(painter, card);
   } else {

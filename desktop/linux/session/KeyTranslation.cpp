@@ -150,7 +150,8 @@ KeyEvent keyEventFrom(const QKeyEvent& event) {
   const quint32 native = event.nativeScanCode();
   return {.modifierFlags = modifierFlagsFrom(event.modifiers()),
           .keyCode = native > kX11KeyCodeOffset ? virtualKeyCodeFromEvdev(native - kX11KeyCodeOffset) : kUnknownKeyCode,
-          .charactersIgnoringModifiers = charactersOf(event)};
+          .charactersIgnoringModifiers = charactersOf(event),
+          .isARepeat = event.isAutoRepeat()};
 }
 
 }  // namespace quenlio

@@ -191,7 +191,16 @@ ScheduledTask MainQueue::handleOf(std::uint64_t id) const {
 }
 
 void MainQueue::detached(QualityOfService priority, Task task) {
-  (priority == QualityOfService::utility ? background_ : workers_).run(std::move(task));
+  switch (priority) {
+    case QualityOfService::background:
+      background_.run(std::move(task));
+      break;
+    case QualityOfService::utility:
+      utility_.run(std::move(task));
+      break;
+    default:
+      workers_.run(std::move(task));
+  }
 }
 
 // Of whatever quality: a thread has the program's own priority, it may not ask for more, and no queue asks for less.

@@ -55,8 +55,10 @@ class MainQueue final : public Scheduler {
   EventDescriptor wakeUp_;  // readable exactly while tasks wait; written and read under mutex_
   QSocketNotifier notifier_;
   std::shared_ptr<Timers> timers_;  // shared with the handles, which may outlive this
-  WorkerPool workers_{WorkerPool::Priority::normal};
-  WorkerPool background_{WorkerPool::Priority::background};
+  // The last of the three to go: tasks of the others hand work on to it.
+  WorkerPool background_{WorkerPool::Priority::background, 1};
+  WorkerPool utility_{WorkerPool::Priority::background, 2};
+  WorkerPool workers_{WorkerPool::Priority::normal, 2};
   WeakOwner<MainQueue> weak_{this};
 };
 

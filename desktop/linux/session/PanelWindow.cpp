@@ -108,7 +108,7 @@ PanelWindow::PanelWindow(const QRect& frame, PanelLayer layer)
   setAccessibleName(QStringLiteral("Quenlio Island"));
   setFocusPolicy(Qt::StrongFocus);
   setGeometry(frame);  // before the window is made, so that nobody hears of another size
-  winId();  // made now, so that the first showing need not wait for it
+  winId();             // made now, so that the first showing need not wait for it
   windowHandle()->installEventFilter(this);
 }
 
@@ -180,7 +180,7 @@ void PanelWindow::showOnAllDesktops() {
     show();
     return;
   }
-  const bool bypasses = isBelowFullScreenWindow();
+  const bool bypasses = isKeptFromSight();
   if (bypasses && isManaged()) {
     triesLeft_ = kMostTries;
     wait_.start(kTryEvery, this);
@@ -191,13 +191,14 @@ void PanelWindow::showOnAllDesktops() {
 
 void PanelWindow::showNow(bool bypasses) {
   wait_.stop();
+  setWindowState(windowState() & ~Qt::WindowMinimized);
   setBypassesWindowManager(bypasses);
   announcePanel(id(), layer_);
   shape();
   show();
   requestPanelStates(id(), layer_);
-  if (std::exchange(wantsKeyboard_, false)) {
-    takeKeyboard();
+  if (const auto reason = std::exchange(wantsKeyboard_, std::nullopt)) {
+    takeKeyboard(*reason);
   }
 }
 
@@ -217,12 +218,12 @@ bool PanelWindow::isManaged() const {
   return !state.empty() && state.front() != withdrawn;
 }
 
-bool PanelWindow::isCovered() const {
-  return isVisible() && !bypassesWindowManager_ && isBelowFullScreenWindow();
+bool PanelWindow::isOutOfSight() const {
+  return isVisible() && (isMinimized() || (!bypassesWindowManager_ && isKeptFromSight()));
 }
 
-bool PanelWindow::isBelowFullScreenWindow() const {
-  return x11::isCoveredByFullScreenWindow(x11::toPixels(frame(), *screen()));
+bool PanelWindow::isKeptFromSight() const {
+  return x11::isShowingDesktop() || x11::isCoveredByFullScreenWindow(x11::toPixels(frame(), *screen()));
 }
 
 // For a window that is not shown. Not by Qt's flag, for which the window would have to be made anew.
@@ -232,34 +233,20 @@ void PanelWindow::setBypassesWindowManager(bool bypasses) {
   xcb_change_window_attributes(x11::connection(), id(), XCB_CW_OVERRIDE_REDIRECT, &value);
 }
 
-void PanelWindow::takeKeyboard() {
+void PanelWindow::takeKeyboard(PanelKeyboard::Reason reason) {
   if (wait_.isActive()) {
-    wantsKeyboard_ = true;
-    return;
-  }
-  if (!bypassesWindowManager_) {
-    // Also when the window is said to be active: right after a hiding that is still the answer of before.
-    activateWindow();
-    return;
-  }
-  const xcb_window_t owner = x11::keyboardsOwner();
-  if (owner != id()) {
-    keyboardsOwner_ = owner;
-    x11::giveKeyboard(id());
-  }
-}
-
-void PanelWindow::giveKeyboardBack() {
-  const xcb_window_t owner = std::exchange(keyboardsOwner_, static_cast<xcb_window_t>(XCB_NONE));
-  if (owner != XCB_NONE && x11::keyboardsOwner() == id()) {
-    x11::giveKeyboard(owner);
+    wantsKeyboard_ = reason;
+  } else {
+    keyboard_.take(reason, bypassesWindowManager_);
   }
 }
 
 void PanelWindow::orderOut() {
   wait_.stop();
-  wantsKeyboard_ = false;
-  giveKeyboardBack();
+  wantsKeyboard_.reset();
+  if (bypassesWindowManager_) {
+    keyboard_.giveBack();
+  }
   hide();
 }
 
@@ -332,8 +319,9 @@ void PanelWindow::closeEvent(QCloseEvent* event) {
 
 // Of the window itself, which hears of a press before the view that it is on.
 bool PanelWindow::eventFilter(QObject* /*object*/, QEvent* event) {
+  keyboard_.heard(event->type());
   if (event->type() == QEvent::MouseButtonPress && bypassesWindowManager_) {
-    takeKeyboard();
+    takeKeyboard(PanelKeyboard::Reason::user);
   }
   return false;
 }

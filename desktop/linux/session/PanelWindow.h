@@ -5,8 +5,8 @@
 // The shadow needs room: the window is larger than the panel by the widget's contents margins, and takes the mouse only
 // where the panel is.
 //
-// A window manager puts the window that fills the screen above all others. Where there is one, the panel is shown past
-// the window manager, which then does nothing more for it: it has to take the keyboard, and to give it back, by itself.
+// A window manager puts the window that fills the screen above all others, and all windows away while the user looks at
+// the desktop. Then the panel is shown past the window manager, which does nothing more for it.
 #pragma once
 
 #include <QtCore/QBasicTimer>
@@ -14,11 +14,13 @@
 #include <QtWidgets/QWidget>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "core/platform/Panel.h"
 
 #include "desktop/linux/session/PanelHints.h"
+#include "desktop/linux/session/PanelKeyboard.h"
 #include "desktop/linux/session/X11.h"
 #include "desktop/render/SoftShadow.h"
 
@@ -35,6 +37,7 @@ struct PanelSurface {
 class PanelWindow final : public QWidget {
  public:
   PanelWindow(const QRect& frame, PanelLayer layer);
+  [[nodiscard]] PanelLayer layer() const { return layer_; }
 
   void setContent(std::unique_ptr<QWidget> content);
   [[nodiscard]] QWidget* content() const { return content_; }
@@ -55,9 +58,12 @@ class PanelWindow final : public QWidget {
   // the window goes, so every showing tells it again, and decides anew whether to go past it. That may take a moment,
   // when the window manager has not yet noticed that the window went.
   void showOnAllDesktops();
-  // Whether the window is shown, but below a window that fills the screen: showing it anew brings it above.
-  [[nodiscard]] bool isCovered() const;
-  void takeKeyboard();
+  // Whether the window is shown, but nobody can see it: it is below a window that fills the screen, or the window
+  // manager has put it away. Showing it anew brings it back.
+  [[nodiscard]] bool isOutOfSight() const;
+  void takeKeyboard(PanelKeyboard::Reason reason);
+  // Gives a keyboard that came with the pointer, and that nobody has used, back to whom it was taken from.
+  void returnUnusedKeyboard() { keyboard_.returnUnused(); }
   // Hides the window, and gives the keyboard back to whom it was taken from.
   void orderOut();
   // A press on what takes no mouse events goes to whatever lies below.
@@ -75,11 +81,11 @@ class PanelWindow final : public QWidget {
   class Cover;
 
   [[nodiscard]] xcb_window_t id() const { return static_cast<xcb_window_t>(winId()); }
-  [[nodiscard]] bool isBelowFullScreenWindow() const;
+  // Whether the window manager would let nobody see it, were it left to do so.
+  [[nodiscard]] bool isKeptFromSight() const;
   [[nodiscard]] bool isManaged() const;
   void showNow(bool bypasses);
   void setBypassesWindowManager(bool bypasses);
-  void giveKeyboardBack();
   void useShadow();
   void layOut();
   // Tells the server which part of the window is seen, takes the mouse and is to be blurred behind.
@@ -97,8 +103,8 @@ class PanelWindow final : public QWidget {
   bool bypassesWindowManager_ = false;
   QBasicTimer wait_;  // runs until the window manager has let go of the window, which is then shown past it
   int triesLeft_ = 0;
-  bool wantsKeyboard_ = false;              // as soon as it is shown
-  xcb_window_t keyboardsOwner_ = XCB_NONE;  // from whom it was taken past the window manager
+  PanelKeyboard keyboard_{*this};
+  std::optional<PanelKeyboard::Reason> wantsKeyboard_;  // as soon as it is shown
   std::function<bool(const KeyEvent&)> onKeyDown_;
   std::function<void()> onClose_;
 };

@@ -47,6 +47,10 @@ std::vector<FileURL> filesOf(const std::vector<DraggingItem>& items) {
   return urls;
 }
 
+Qt::DropActions actionsFor(DragOperationMask operations) {
+  return (operations & kDragOperationCopy) != 0 ? Qt::CopyAction : Qt::IgnoreAction;
+}
+
 // As the server has it now: a release that is still on its way here will come, one that has come will not come again.
 bool isButtonDown() {
   if (x11::connection() == nullptr) {
@@ -146,7 +150,7 @@ void QtDraggingSessions::run(const DraggingRequest& request) {
     return;
   }
   const DragPicture picture =
-      dragPicture(request.items, request.event.locationInWindow,
+      dragPicture(request.items, request.location,
                   {.scale = window->devicePixelRatioF(), .hasShadow = compositor_.isThere().get()});
   isRunning_ = true;
   const EndsWithWindow endsWithWindow(*window);
@@ -155,7 +159,7 @@ void QtDraggingSessions::run(const DraggingRequest& request) {
   drag->setMimeData(new DraggedFiles(filesOf(request.items)));
   drag->setPixmap(picture.pixmap);
   drag->setHotSpot(picture.hotSpot);
-  drag->exec(Qt::CopyAction, Qt::CopyAction);
+  drag->exec(actionsFor(request.allowedOperations));
   isRunning_ = false;
 }
 

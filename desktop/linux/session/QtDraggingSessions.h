@@ -1,7 +1,8 @@
 // Drags to other programs by XDND, of files and as copies whatever keys are held. Main thread.
 //
-// The drag has a loop of its own while it runs, in which all else goes on. Nothing flies back where it came from: the
-// desktop takes the picture away where the pointer lets go of it.
+// The drag has a loop of its own while it runs, in which all else goes on. There is one picture for all files, which
+// shows them fanned as their frames say, whatever the formation. Nothing flies back where it came from: the picture is
+// the toolkit's, which takes it away where the pointer lets go of it.
 #pragma once
 
 #include <memory>

@@ -1,10 +1,11 @@
 #include "desktop/linux/session/QtEventMonitors.h"
 
 #include <QtCore/QCoreApplication>
-#include <QtGui/QGuiApplication>
 #include <QtGui/QKeyEvent>
+#include <QtGui/QWindow>
 #include <QtWidgets/QAbstractButton>
 #include <QtWidgets/QApplication>
+#include <QtWidgets/QDialog>
 #include <utility>
 
 #include "desktop/linux/session/KeyTranslation.h"
@@ -12,17 +13,27 @@
 namespace quenlio {
 namespace {
 
-// A button that has the keyboard keeps the keys that press it, or go on from it, to itself. It is asked as it would be
-// before any shortcut.
-bool belongsToButton(const QKeyEvent& key) {
-  auto* button = qobject_cast<QAbstractButton*>(QGuiApplication::focusObject());
-  if (button == nullptr) {
+// Typing is meant for the text, and a dialog has an answer to every key.
+bool isForTyping(const QWidget& focused) {
+  return focused.testAttribute(Qt::WA_InputMethodEnabled) || qobject_cast<const QDialog*>(focused.window()) != nullptr;
+}
+
+// A button that has the keyboard keeps the keys that press it to itself. It is asked as it would be before any
+// shortcut.
+bool isButtonsOwn(QWidget& focused, const QKeyEvent& key) {
+  if (qobject_cast<QAbstractButton*>(&focused) == nullptr) {
     return false;
   }
   QKeyEvent question(QEvent::ShortcutOverride, key.key(), key.modifiers(), key.text(), key.isAutoRepeat());
   question.ignore();
-  QCoreApplication::sendEvent(button, &question);
+  QCoreApplication::sendEvent(&focused, &question);
   return question.isAccepted();
+}
+
+// Where a press into this window goes; nullptr for a window that holds no widgets.
+QWidget* focusedIn(const QWindow& window) {
+  QWidget* widget = QWidget::find(window.winId());
+  return widget != nullptr && widget->focusWidget() != nullptr ? widget->focusWidget() : widget;
 }
 
 }  // namespace
@@ -38,13 +49,26 @@ Subscription QtEventMonitors::addLocalMonitorForKeyDown(std::function<bool(const
 }
 
 bool QtEventMonitors::eventFilter(QObject* object, QEvent* event) {
-  // A press comes to the window first and then, as another event, to the widget in it: once is enough. A menu that is
-  // open has the keys for itself.
-  if (event->type() != QEvent::KeyPress || !object->isWindowType() || QApplication::activePopupWidget() != nullptr) {
+  // A press comes to the window first and then, as another event, to the widget in it: once is enough.
+  const bool isKey = event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease;
+  if (!isKey || !object->isWindowType()) {
     return false;
   }
   const auto& press = *static_cast<const QKeyEvent*>(event);
-  if (belongsToButton(press)) {
+  if (repeats_.hides(press)) {
+    KeyRepeats::sendAsRepeat(press, *object);
+    return true;
+  }
+  return event->type() == QEvent::KeyPress && isTaken(press, *static_cast<const QWindow*>(object));
+}
+
+bool QtEventMonitors::isTaken(const QKeyEvent& press, const QWindow& window) {
+  // A menu that is open has the keys for itself.
+  if (QApplication::activePopupWidget() != nullptr) {
+    return false;
+  }
+  QWidget* focused = focusedIn(window);
+  if (focused != nullptr && (isForTyping(*focused) || isButtonsOwn(*focused, press))) {
     return false;
   }
   const KeyEvent key = keyEventFrom(press);

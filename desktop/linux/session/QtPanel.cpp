@@ -2,6 +2,7 @@
 
 #include <QtGui/QScreen>
 #include <QtWidgets/QApplication>
+#include <QtWidgets/QDialog>
 #include <QtWidgets/QLineEdit>
 #include <algorithm>
 #include <utility>
@@ -16,6 +17,13 @@ double overlap(const Rect<Screen>& a, const Rect<Screen>& b) {
   const double width = std::min(a.maxX(), b.maxX()) - std::max(a.minX(), b.minX());
   const double height = std::min(a.maxY(), b.maxY()) - std::max(a.minY(), b.minY());
   return width > 0 && height > 0 ? width * height : 0;
+}
+
+// A dialog of this program comes up from under the pointer that has asked for it, and may well leave that on the panel.
+bool isDialogOpen() {
+  return std::ranges::any_of(QApplication::topLevelWidgets(), [](const QWidget* window) {
+    return window->isVisible() && qobject_cast<const QDialog*>(window) != nullptr;
+  });
 }
 
 }  // namespace
@@ -61,7 +69,7 @@ void QtPanel::setFrameOrigin(Point<Screen> origin) {
 }
 
 void QtPanel::orderFrontRegardless() {
-  if (!isVisible_ || window_.isCovered()) {
+  if (!isVisible_ || window_.isOutOfSight()) {
     isVisible_ = true;
     window_.orderOut();
     window_.showOnAllDesktops();
@@ -82,12 +90,16 @@ void QtPanel::makeKeyWindow() {
   if (!mayTakeKeyboard()) {
     return;
   }
-  window_.takeKeyboard();
+  window_.takeKeyboard(intent_.recent() ? PanelKeyboard::Reason::user : PanelKeyboard::Reason::pointer);
   // Hiding takes the activity from the widget at once and from its window only when the server's word comes. A window
   // that is shown again before that never hears that it has become active, so its widget has to be told.
   if (QGuiApplication::focusWindow() == window_.windowHandle() && !window_.isActiveWindow()) {
     QApplication::setActiveWindow(&window_);
   }
+}
+
+void QtPanel::returnUnusedKeyboard() {
+  window_.returnUnusedKeyboard();
 }
 
 void QtPanel::makeContentViewFirstResponder() {
@@ -157,7 +169,7 @@ void QtPanel::screensChanged() {
 }
 
 bool QtPanel::mayTakeKeyboard() const {
-  return intent_.recent() || frame_.contains(QtScreens().mouseLocation());
+  return intent_.recent() || (frame_.contains(QtScreens().mouseLocation()) && !isDialogOpen());
 }
 
 }  // namespace quenlio

@@ -2,9 +2,10 @@
 //
 // Where it stands and whether it is shown is kept here: the window manager answers late, and another's answer would
 // make the island's own decisions depend on it. Taking the keyboard follows the desktop's rule against stealing focus:
-// making the panel key raises it always, and takes the keyboard only when the pointer is inside or the user has just
-// asked for it. Hiding gives the keyboard back. Levels and collection behaviours have one meaning each here, on all
-// desktops and above other windows, which every showing renews. Main thread.
+// making the panel key raises it always, and takes the keyboard only when the pointer is inside, with no dialog of this
+// program open, or the user has just asked for it. Hiding gives the keyboard back, and so does a pointer that goes
+// without having used it. Levels and collection behaviours have one meaning each here, on all desktops and above other
+// windows, which every showing renews. Main thread.
 #pragma once
 
 #include <QtWidgets/QWidget>
@@ -53,6 +54,7 @@ class QtPanel final : public Panel, private PanelAnimator::Target {
   void orderFrontRegardless() override;
   void makeKeyAndOrderFront() override;
   void makeKeyWindow() override;
+  void returnUnusedKeyboard() override;
   void makeContentViewFirstResponder() override;
   void orderOut() override;
   void invalidateShadow() override;

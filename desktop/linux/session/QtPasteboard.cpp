@@ -92,9 +92,14 @@ void offer(std::vector<FileURL> urls, std::shared_ptr<PngOnce> picture) {
   clipboard().setMimeData(new Offer(std::move(urls), std::move(picture)));
 }
 
+// What this program has on the clipboard; nullptr when that is somebody else's, or paths alone.
+const Offer* presentOffer() {
+  return dynamic_cast<const Offer*>(clipboard().mimeData());
+}
+
 // A picture that turned out to be damaged is no longer promised, unless something else has been copied meanwhile.
 void withdraw(const std::shared_ptr<PngOnce>& picture) {
-  const auto* present = dynamic_cast<const Offer*>(clipboard().mimeData());
+  const Offer* present = presentOffer();
   if (present != nullptr && present->picture() == picture) {
     offer(present->urls(), nullptr);
   }
@@ -103,6 +108,15 @@ void withdraw(const std::shared_ptr<PngOnce>& picture) {
 }  // namespace
 
 QtPasteboard::~QtPasteboard() {
+  handOver();
+}
+
+void QtPasteboard::handOver() {
+  // The other thread may not have come to it yet.
+  const Offer* present = presentOffer();
+  if (present != nullptr && present->picture() && present->picture()->bytes().isEmpty()) {
+    withdraw(present->picture());
+  }
   const bool isKept =
       !clipboard().ownsClipboard() || clipboard().mimeData()->formats().isEmpty() || handOverClipboard();
   if (!isKept && clipboard().ownsClipboard()) {
@@ -124,11 +138,12 @@ void QtPasteboard::writeObjects(const PasteboardObjects& objects) {
     return;
   }
   const std::function<void()> withdrawn = weak_.bind([picture](QtPasteboard& /*self*/) { withdraw(picture); });
-  scheduler_.detached(QualityOfService::userInitiated, [picture, &scheduler = scheduler_, withdrawn] {
-    if (picture->bytes().isEmpty()) {
-      scheduler.post(withdrawn);
-    }
-  });
+  scheduler_.detached(QualityOfService::userInitiated,
+                      [picture, image = objects.image, &scheduler = scheduler_, withdrawn] {
+                        if (picture->bytes().isEmpty() || !isSoundAsPNG(*image)) {
+                          scheduler.post(withdrawn);
+                        }
+                      });
 }
 
 void copyPaths(const std::vector<FileURL>& urls) {

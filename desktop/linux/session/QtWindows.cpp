@@ -52,12 +52,13 @@ std::vector<WindowInfo> QtWindows::visibleWindows() const {
 }
 
 WindowInfo QtWindows::infoFor(const QWindow& window) const {
-  const bool isPanel = panelOf(window) != nullptr;
+  const PanelWindow* panel = panelOf(window);
+  const bool isAboveOthers = panel != nullptr && panel->layer() == PanelLayer::aboveOthers;
   return {.id = window.winId(),
           .frame = ScreenGeometry::current().fromQt(frameOf(window)),
-          .level = isPanel ? kStatusWindowLevel : 0,
+          .level = isAboveOthers ? kStatusWindowLevel : 0,
           .isKeyWindow = QGuiApplication::focusWindow() == &window,
-          .isMainWindow = !isPanel && lastMain_ == &window};
+          .isMainWindow = panel == nullptr && lastMain_ == &window};
 }
 
 std::optional<PointerEvent> QtWindows::currentEvent() const {

@@ -22,7 +22,8 @@ class QtWindows final : public Windows, private QObject {
   QtWindows();
   ~QtWindows() override;
 
-  // Frames are without the shadows around them. A panel is at the level of the status bar and never the main window.
+  // Frames are without the shadows around them. A panel is never the main window, and at the level of the
+  // status bar if it is above others.
   [[nodiscard]] std::vector<WindowInfo> visibleWindows() const override;
   // The press of the left button, or the last move since, while the button is down.
   [[nodiscard]] std::optional<PointerEvent> currentEvent() const override;

@@ -122,6 +122,14 @@ bool isCoveredByFullScreenWindow(const QRect& rect) {
   return false;
 }
 
+bool isShowingDesktop() {
+  if (connection() == nullptr) {
+    return false;
+  }
+  const std::vector<std::uint32_t> state = numbers(rootWindow(), "_NET_SHOWING_DESKTOP");
+  return !state.empty() && state.front() != 0;
+}
+
 std::vector<Strut> struts() {
   if (connection() == nullptr) {
     return {};
@@ -142,6 +150,9 @@ QSize desktopSize() {
 }
 
 xcb_window_t keyboardsOwner() {
+  if (connection() == nullptr) {
+    return XCB_NONE;
+  }
   const Reply<xcb_get_input_focus_reply_t> reply(
       xcb_get_input_focus_reply(connection(), xcb_get_input_focus(connection()), nullptr));
   return reply ? reply->focus : static_cast<xcb_window_t>(XCB_NONE);

@@ -21,6 +21,9 @@ namespace quenlio::x11 {
 // Whether a window that fills the screen and is not hidden covers all of this rectangle.
 [[nodiscard]] bool isCoveredByFullScreenWindow(const QRect& rect);
 
+// Whether the user looks at the desktop itself, with all windows put out of the way.
+[[nodiscard]] bool isShowingDesktop();
+
 // The desktop's edges that bars keep for themselves, on all screens.
 [[nodiscard]] std::vector<Strut> struts();
 // Of all screens together.

@@ -100,22 +100,28 @@ int syncName(const FilePlace& place) {
   return error == EINVAL || error == EOPNOTSUPP ? 0 : error;
 }
 
+UniqueFd openLink(const std::string& path) {
+  return UniqueFd(::open(path.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC));
+}
+
 // Wherever it leads, if anywhere.
-int copyLink(const std::string& from, const std::string& to) {
+int copyLink(const UniqueFd& link, const std::string& to) {
   std::array<char, PATH_MAX> target{};
-  const ssize_t length = ::readlink(from.c_str(), target.data(), target.size() - 1);
+  const ssize_t length = link ? ::readlinkat(link.get(), "", target.data(), target.size() - 1) : -1;
   return length < 0 ? errno : resultOf(::symlink(target.data(), to.c_str()));  // making a link never replaces
 }
 
 int moveLinkAcross(const std::string& from, const std::string& to) {
-  if (const int error = copyLink(from, to); error != 0) {
+  const UniqueFd link = openLink(from);
+  if (const int error = copyLink(link, to); error != 0) {
     return error;
   }
-  if (const int error = resultOf(::unlink(from.c_str())); error != 0) {
-    (void)::unlink(to.c_str());
-    return error;
+  const UniqueFd made = openLink(to);
+  const int error = removeNameOf(link, from);
+  if (error != 0) {
+    (void)removeNameOf(made, to);
   }
-  return 0;
+  return error;
 }
 
 }  // namespace
@@ -157,12 +163,12 @@ FileCopy::~FileCopy() {
 }
 
 int FileCopy::make(const FileURL& from, const FileURL& folder, Durability durability) {
-  const UniqueFd source = openRegularFile(AT_FDCWD, from.path().c_str());
+  source_ = openRegularFile(AT_FDCWD, from.path().c_str());
   struct stat status {};
-  if (!source || ::fstat(source.get(), &status) != 0) {
+  if (!source_ || ::fstat(source_.get(), &status) != 0) {
     return errno;
   }
-  source_ = from;
+  from_ = from;
   copied_ = stampOf(status);
   std::string hidden;
   fd_ = makeHiddenFile(folder, "copy", hidden);
@@ -170,7 +176,7 @@ int FileCopy::make(const FileURL& from, const FileURL& folder, Durability durabi
     return errno;
   }
   hidden_ = std::move(hidden);
-  const int error = copyEverything(from.path(), source.get(), fd_.get());
+  const int error = copyEverything(from.path(), source_.get(), fd_.get());
   return error == 0 && durability == Durability::onDisk ? resultOf(::fsync(fd_.get())) : error;
 }
 
@@ -192,17 +198,21 @@ int FileCopy::takeOver(const FilePlace& to) {
     error = removeSource();
   }
   if (error != 0) {
-    (void)::unlinkat(to.folder, to.name.c_str(), 0);
+    (void)removeNameOf(fd_, to);
   }
   return error;
 }
 
 int FileCopy::removeSource() const {
   struct stat status {};
-  if (::lstat(source_.path().c_str(), &status) != 0) {
+  if (::lstat(from_.path().c_str(), &status) != 0) {
     return errno == ENOENT ? 0 : errno;  // somebody else has moved or removed it
   }
-  return stampOf(status) == copied_ ? resultOf(::unlink(source_.path().c_str())) : EBUSY;
+  if (stampOf(status) != copied_) {
+    return EBUSY;
+  }
+  const int error = removeNameOf(source_, from_.path());
+  return error == ENOENT ? 0 : error;
 }
 
 int copyFile(const FileURL& from, const FileURL& to, OwnFiles& own, Durability durability) {
@@ -220,7 +230,7 @@ int copyFileOrLink(const FileURL& from, const FileURL& to, OwnFiles& own) {
   if (::lstat(from.path().c_str(), &status) != 0) {
     return errno;
   }
-  return S_ISLNK(status.st_mode) ? copyLink(from.path(), to.path())
+  return S_ISLNK(status.st_mode) ? copyLink(openLink(from.path()), to.path())
                                  : copyFile(from, to, own, Durability::whenTheSystemLikes);
 }
 

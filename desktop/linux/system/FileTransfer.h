@@ -53,7 +53,8 @@ class FileCopy {
   [[nodiscard]] int removeSource() const;
 
   OwnFiles& own_;
-  FileURL source_;
+  FileURL from_;
+  UniqueFd source_;
   FileStamp copied_;
   std::string hidden_;  // empty without a hidden copy
   UniqueFd fd_;

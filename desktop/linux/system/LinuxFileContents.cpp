@@ -98,8 +98,13 @@ PlatformResult<Done> LinuxFileContents::writeAtomically(const FileURL& url, std:
 PlatformResult<Done> LinuxFileContents::append(const FileURL& url, std::string_view data) {
   // Nothing blocks here either: a fifo without a reader is refused.
   const UniqueFd fd(::open(url.path().c_str(), O_WRONLY | O_APPEND | O_CREAT | O_NONBLOCK | O_CLOEXEC, kNewFileMode));
-  const int error = fd ? writeAll(fd.get(), data) : errno;
+  struct stat before {};
+  const int error = fd && ::fstat(fd.get(), &before) == 0 ? writeAll(fd.get(), data) : errno;
   if (error != 0) {
+    // A part of it would spoil what is appended next.
+    if (S_ISREG(before.st_mode)) {
+      (void)::ftruncate(fd.get(), before.st_size);
+    }
     return fileError(url, "could not be written", error);
   }
   return Done{};

@@ -13,6 +13,7 @@ class LinuxFileContents final : public FileContents {
   // and a link keeps leading to its file. A kill in between leaves the old file, and a hidden one beside it that
   // the next write takes away (see HiddenFile.h).
   PlatformResult<Done> writeAtomically(const FileURL& url, std::string_view data) override;
+  // What finds no room on the disk is taken back. Nobody else may append to the file at the same time.
   PlatformResult<Done> append(const FileURL& url, std::string_view data) override;
 };
 

@@ -75,6 +75,10 @@ bool LinuxFileManager::fileExistsAtPath(const FileURL& url) const {
   return ::stat(url.path().c_str(), &status) == 0 || errno == EACCES;
 }
 
+std::optional<FileIdentity> LinuxFileManager::identityOfItemAtPath(const FileURL& url) const {
+  return fileIdentity(AT_FDCWD, url.path().c_str(), AT_SYMLINK_NOFOLLOW);
+}
+
 bool LinuxFileManager::isDirectory(const FileURL& url) const {
   struct stat status {};
   return ::stat(url.path().c_str(), &status) == 0 && S_ISDIR(status.st_mode);

@@ -27,6 +27,7 @@ class LinuxFileManager final : public FileManager {
 
   // True also where the answer is not for us to know.
   [[nodiscard]] bool fileExistsAtPath(const FileURL& url) const override;
+  [[nodiscard]] std::optional<FileIdentity> identityOfItemAtPath(const FileURL& url) const override;
   [[nodiscard]] bool isDirectory(const FileURL& url) const override;
   [[nodiscard]] bool isReadableFileAtPath(const FileURL& url) const override;
   [[nodiscard]] PlatformResult<FileAttributes> attributesOfItemAtPath(const FileURL& url) const override;

@@ -5,41 +5,39 @@
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
 
+#include "desktop/linux/system/RegularFile.h"
+
 namespace quenlio {
 namespace {
 
 constexpr std::size_t kMostFiles = 256;
-constexpr std::int64_t kNanosecondsPerSecond = 1'000'000'000;
 
 }  // namespace
 
-bool OwnFiles::identify(int folder, const char* path, int flags, Identity& identity) {
+std::optional<FileIdentity> fileIdentity(int folder, const char* path, int flags) {
   struct statx status {};
   if (::statx(folder, path, flags, STATX_INO | STATX_BTIME | STATX_MTIME, &status) != 0) {
-    return false;
+    return std::nullopt;
   }
   const auto& time = (status.stx_mask & STATX_BTIME) != 0 ? status.stx_btime : status.stx_mtime;
-  identity = {.device = makedev(status.stx_dev_major, status.stx_dev_minor),
-              .inode = status.stx_ino,
-              .birth = time.tv_sec * kNanosecondsPerSecond + time.tv_nsec};
-  return true;
+  return FileIdentity{.device = makedev(status.stx_dev_major, status.stx_dev_minor),
+                      .number = status.stx_ino,
+                      .birth = dateFromTimespec({.tv_sec = time.tv_sec, .tv_nsec = time.tv_nsec})};
 }
 
 void OwnFiles::note(const FileURL& url) {
-  Identity identity;
-  if (identify(AT_FDCWD, url.path().c_str(), AT_SYMLINK_NOFOLLOW, identity)) {
-    keep(identity);
+  if (const auto identity = fileIdentity(AT_FDCWD, url.path().c_str(), AT_SYMLINK_NOFOLLOW)) {
+    keep(*identity);
   }
 }
 
 void OwnFiles::note(int fd) {
-  Identity identity;
-  if (identify(fd, "", AT_EMPTY_PATH, identity)) {
-    keep(identity);
+  if (const auto identity = fileIdentity(fd, "", AT_EMPTY_PATH)) {
+    keep(*identity);
   }
 }
 
-void OwnFiles::keep(const Identity& identity) {
+void OwnFiles::keep(const FileIdentity& identity) {
   const std::lock_guard lock(mutex_);
   std::erase(newest_, identity);
   newest_.push_back(identity);
@@ -49,12 +47,9 @@ void OwnFiles::keep(const Identity& identity) {
 }
 
 bool OwnFiles::contains(const FileURL& url) const {
-  Identity identity;
-  if (!identify(AT_FDCWD, url.path().c_str(), AT_SYMLINK_NOFOLLOW, identity)) {
-    return false;
-  }
+  const auto identity = fileIdentity(AT_FDCWD, url.path().c_str(), AT_SYMLINK_NOFOLLOW);
   const std::lock_guard lock(mutex_);
-  return std::ranges::find(newest_, identity) != newest_.end();
+  return identity && std::ranges::find(newest_, *identity) != newest_.end();
 }
 
 }  // namespace quenlio

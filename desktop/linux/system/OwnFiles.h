@@ -5,13 +5,17 @@
 // identity: a new screenshot is never taken for an old file of ours. The newest 256 are kept. Any thread.
 #pragma once
 
-#include <cstdint>
 #include <deque>
 #include <mutex>
+#include <optional>
 
-#include "core/base/FileURL.h"
+#include "core/platform/FileManager.h"
 
 namespace quenlio {
+
+// Of what is at the path, relative to the folder's descriptor, by statx() with these flags; nothing when nothing is.
+// Where the file system keeps no moment of birth, that of the last writing stands in for it.
+[[nodiscard]] std::optional<FileIdentity> fileIdentity(int folder, const char* path, int flags);
 
 class OwnFiles {
  public:
@@ -22,17 +26,10 @@ class OwnFiles {
   [[nodiscard]] bool contains(const FileURL& url) const;
 
  private:
-  struct Identity {
-    std::uint64_t device = 0;
-    std::uint64_t inode = 0;
-    std::int64_t birth = 0;  // nanoseconds; where the file system has none, the time of the last writing
-    bool operator==(const Identity&) const = default;
-  };
-  static bool identify(int folder, const char* path, int flags, Identity& identity);
-  void keep(const Identity& identity);
+  void keep(const FileIdentity& identity);
 
   mutable std::mutex mutex_;
-  std::deque<Identity> newest_;  // guarded by mutex_
+  std::deque<FileIdentity> newest_;  // guarded by mutex_
 };
 
 }  // namespace quenlio

@@ -5,7 +5,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "desktop/linux/system/UniqueFd.h"
+#include "core/base/FileURL.h"
+#include "core/base/Uuid.h"
 
 namespace quenlio {
 namespace {
@@ -18,14 +19,22 @@ int removeName(const FilePlace& place, int flags = 0) {
   return ::unlinkat(place.folder, place.name.c_str(), flags) == 0 ? 0 : errno;
 }
 
-bool isSameFile(const struct stat& one, const struct stat& other) {
-  return one.st_dev == other.st_dev && one.st_ino == other.st_ino;
+bool isNamed(const UniqueFd& file, const FilePlace& place) {
+  struct stat open {};
+  struct stat there {};
+  return ::fstat(file.get(), &open) == 0 && statusOf(place, there) == 0 && open.st_dev == there.st_dev &&
+         open.st_ino == there.st_ino;
 }
 
-bool areSameFile(const FilePlace& one, const FilePlace& other) {
-  struct stat first {};
-  struct stat second {};
-  return statusOf(one, first) == 0 && statusOf(other, second) == 0 && isSameFile(first, second);
+// Any file, without opening what is in it; a link itself.
+UniqueFd openName(const FilePlace& place) {
+  return UniqueFd(::openat(place.folder, place.name.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC));
+}
+
+// Another name for the open file, and for no other that has taken its name since.
+int linkOpenFile(const UniqueFd& file, const FilePlace& to) {
+  const std::string open = "/proc/self/fd/" + std::to_string(file.get());
+  return ::linkat(AT_FDCWD, open.c_str(), to.folder, to.name.c_str(), AT_SYMLINK_FOLLOW) == 0 ? 0 : errno;
 }
 
 int plainRename(const FilePlace& from, const FilePlace& to) {
@@ -47,12 +56,31 @@ int claimAndRenameFolder(const FilePlace& from, const FilePlace& to) {
 // Still empty, and still what has the name: nobody has written into it or put something else in its place.
 bool isUntouched(const UniqueFd& claim, const FilePlace& place) {
   struct stat open {};
-  struct stat there {};
-  return ::fstat(claim.get(), &open) == 0 && open.st_size == 0 && statusOf(place, there) == 0 &&
-         isSameFile(open, there);
+  return ::fstat(claim.get(), &open) == 0 && open.st_size == 0 && isNamed(claim, place);
 }
 
 }  // namespace
+
+int removeNameOf(const UniqueFd& file, const FilePlace& place) {
+  struct stat there {};
+  if (const int error = statusOf(place, there); error != 0) {
+    return error;
+  }
+  if (!isNamed(file, place)) {
+    return EBUSY;
+  }
+  // Looked at once more under a name that nobody else knows, where nothing comes between the look and the removal.
+  const std::string unknown = ".quenlio-" + Uuid::random().string();
+  const FilePlace aside(place.folder, FileURL(place.name).parent().appending(unknown).path());
+  if (const int error = plainRename(place, aside); error != 0) {
+    return error;
+  }
+  const int error = isNamed(file, aside) ? removeName(aside) : EBUSY;
+  if (error != 0) {
+    (void)renameWithoutReplacing(aside, place);
+  }
+  return error;
+}
 
 int renameWithoutReplacing(const FilePlace& from, const FilePlace& to) {
   if (::renameat2(from.folder, from.name.c_str(), to.folder, to.name.c_str(), RENAME_NOREPLACE) == 0) {
@@ -67,15 +95,23 @@ int renameWithoutReplacing(const FilePlace& from, const FilePlace& to) {
 }
 
 int linkAndUnlink(const FilePlace& from, const FilePlace& to) {
-  if (::linkat(from.folder, from.name.c_str(), to.folder, to.name.c_str(), 0) != 0) {
+  const UniqueFd file = openName(from);
+  if (!file) {
     return errno;
   }
-  // What has taken the old name meanwhile is somebody else's and stays.
-  const int error = areSameFile(from, to) ? removeName(from) : 0;
-  if (error == 0 || error == ENOENT) {
+  if (const int error = linkOpenFile(file, to); error != 0) {
+    return error;
+  }
+  // Should somebody have put something else there at once, the file keeps its only name.
+  if (!isNamed(file, to)) {
+    return EEXIST;
+  }
+  const int error = removeNameOf(file, from);
+  // What has taken the old name meanwhile is somebody else's and stays: the file has its new one.
+  if (error == 0 || error == ENOENT || error == EBUSY) {
     return 0;
   }
-  (void)removeName(to);
+  (void)removeNameOf(file, to);
   return error;
 }
 

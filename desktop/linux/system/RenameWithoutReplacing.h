@@ -7,6 +7,8 @@
 #include <string>
 #include <utility>
 
+#include "desktop/linux/system/UniqueFd.h"
+
 namespace quenlio {
 
 // A path, or a name in an open folder, which stays open for as long as this is used.
@@ -17,6 +19,10 @@ struct FilePlace {
   int folder = AT_FDCWD;
   std::string name;
 };
+
+// Removes a name if it is the open file's, whatever other programs do with that name meanwhile: what they have put
+// there keeps it, and EBUSY is the answer.
+[[nodiscard]] int removeNameOf(const UniqueFd& file, const FilePlace& place);
 
 [[nodiscard]] int renameWithoutReplacing(const FilePlace& from, const FilePlace& to);
 

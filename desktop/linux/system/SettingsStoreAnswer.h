@@ -44,7 +44,7 @@ class SettingsStoreAnswer {
   std::optional<std::string> printed_;
   std::shared_ptr<Asking> asking_;  // while the store is asked
   // Waited for, so at normal priority. On the heap, so that this can be moved.
-  std::unique_ptr<WorkerPool> worker_ = std::make_unique<WorkerPool>(WorkerPool::Priority::normal);
+  std::unique_ptr<WorkerPool> worker_ = std::make_unique<WorkerPool>(WorkerPool::Priority::normal, 1);
 };
 
 }  // namespace quenlio

@@ -20,7 +20,8 @@ ThreadQueue::~ThreadQueue() {
 }
 
 void ThreadQueue::async(Task task) {
-  push(SteadyClock::time_point::min(), std::move(task));
+  // Due now and not at once: what has become due while the queue was busy does not wait for what came later.
+  push(SteadyClock::now(), std::move(task));
 }
 
 void ThreadQueue::after(Seconds delay, Task task) {

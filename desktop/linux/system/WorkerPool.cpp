@@ -8,7 +8,6 @@
 
 namespace quenlio {
 namespace {
-constexpr int kMaximumThreads = 2;
 constexpr int kBackgroundNiceness = 10;
 }  // namespace
 
@@ -23,7 +22,7 @@ WorkerPool::~WorkerPool() {
 
 void WorkerPool::run(Task task) {
   const std::scoped_lock lock(mutex_);
-  if (running_ < kMaximumThreads) {
+  if (running_ < mostThreads_) {
     try {
       std::thread(&WorkerPool::work, this).detach();
       ++running_;  // before the thread can look, which takes the lock

@@ -1,5 +1,5 @@
-// Threads for detached work, at most two at a time. A thread ends when nothing is left to do, so that an idle program
-// has none. Work is begun in the order in which it came. Any thread may add some.
+// Threads for detached work, at most so many at a time. A thread ends when nothing is left to do, so that an idle
+// program has none. Work is begun in the order in which it came. Any thread may add some.
 #pragma once
 
 #include <condition_variable>
@@ -15,7 +15,7 @@ class WorkerPool {
   // Threads in the background stand back where the machine is busy: what is on the screen goes first.
   enum class Priority { normal, background };
 
-  explicit WorkerPool(Priority priority) : priority_(priority) {}
+  WorkerPool(Priority priority, int mostThreads) : priority_(priority), mostThreads_(mostThreads) {}
   WorkerPool(const WorkerPool&) = delete;
   WorkerPool& operator=(const WorkerPool&) = delete;
   // Drops what waits and waits for what runs.
@@ -28,6 +28,7 @@ class WorkerPool {
   void work();
 
   const Priority priority_;
+  const int mostThreads_;
   std::mutex mutex_;
   std::condition_variable idle_;
   std::deque<Task> waiting_;  // guarded by mutex_

@@ -38,7 +38,8 @@ bool isKey(QChar character) {
 
 }  // namespace
 
-QString localWording(const QString& text) {
+QString localWording(std::string_view wording) {
+  const QString text = QString::fromUtf8(wording);
   QString result;
   for (auto at = text.begin(); at != text.end();) {
     std::array<bool, kModifiers.size()> held{};

@@ -3,9 +3,10 @@
 #pragma once
 
 #include <QtCore/QString>
+#include <string_view>
 
 namespace quenlio {
 
-[[nodiscard]] QString localWording(const QString& text);
+[[nodiscard]] QString localWording(std::string_view wording);
 
 }  // namespace quenlio

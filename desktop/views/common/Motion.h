@@ -12,11 +12,7 @@
 
 namespace quenlio {
 
-// A timing curve over this long, or a spring, which takes the time that it takes.
-struct TimedCurve {
-  TimingCurve curve;
-  Seconds duration;
-};
+// A spring takes the time that it takes.
 using MotionCurve = std::variant<TimedCurve, Spring>;
 
 class Motion {

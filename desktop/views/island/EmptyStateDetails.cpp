@@ -1,5 +1,8 @@
 #include "desktop/views/island/EmptyStateDetails.h"
 
+#include "core/island/IslandTexts.h"
+#include "core/island/IslandTypeSizes.h"
+
 #include "desktop/views/common/QtColor.h"
 #include "desktop/views/common/Type.h"
 
@@ -8,32 +11,16 @@ namespace {
 
 constexpr int kStep = 2;  // points
 
-// From 11 points in the smallest island to 15 in the largest.
-int typeSize(const IslandLayoutMetrics& metrics) {
-  struct Step {
-    double metadataHeight;
-    int size;
-  };
-  constexpr Step steps[] = {{34, 15}, {32, 14}, {30, 13}, {28, 12}};
-  for (const Step& step : steps) {
-    if (metrics.metadataHeight >= step.metadataHeight) {
-      return step.size;
-    }
-  }
-  return 11;
-}
-
 }  // namespace
 
-EmptyStateDetails::EmptyStateDetails(QWidget* parent)
-    : QLabel(QStringLiteral("Take a screenshot to see it here, then rename, edit, copy, save, or share it."), parent) {
+EmptyStateDetails::EmptyStateDetails(QWidget* parent) : QLabel(QString::fromUtf8(IslandTexts::kEmptyLibrary), parent) {
   setTextFormat(Qt::PlainText);
   setWordWrap(true);
   setAlignment(Qt::AlignHCenter | Qt::AlignVCenter);
 }
 
-void EmptyStateDetails::apply(const IslandThemeTokens& tokens, const IslandLayoutMetrics& metrics) {
-  if (const QFont type = typeOfSize(typeSize(metrics)); type != font()) {
+void EmptyStateDetails::apply(const IslandThemeTokens& tokens, IslandSize size) {
+  if (const QFont type = typeOfSize(IslandTypeSizes::forSize(size).emptyLibrary); type != font()) {
     setFont(type);
     balance();
   }

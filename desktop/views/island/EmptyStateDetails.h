@@ -3,15 +3,15 @@
 
 #include <QtWidgets/QLabel>
 
-#include "core/island/IslandLayoutMetrics.h"
 #include "core/island/IslandThemeTokens.h"
+#include "core/settings/AppSettings.h"
 
 namespace quenlio {
 
 class EmptyStateDetails final : public QLabel {
  public:
   explicit EmptyStateDetails(QWidget* parent);
-  void apply(const IslandThemeTokens& tokens, const IslandLayoutMetrics& metrics);
+  void apply(const IslandThemeTokens& tokens, IslandSize size);
 
  protected:
   void resizeEvent(QResizeEvent* event) override;

@@ -1,7 +1,11 @@
 #include "desktop/views/island/FolderAccessRecoveryView.h"
 
 #include <QtGui/QPainter>
+#include <string_view>
 #include <utility>
+
+#include "core/island/IslandLayoutMetrics.h"
+#include "core/island/IslandTexts.h"
 
 #include "desktop/views/common/Icon.h"
 #include "desktop/views/common/PaintedButton.h"
@@ -13,8 +17,9 @@
 namespace quenlio {
 namespace {
 
-constexpr const char* kHelp = "Open Privacy settings and re-check folder access";
-constexpr double kRoomy = 180;  // a preview this high has the symbol above the title, not beside it
+QString text(std::string_view words) {
+  return QString::fromUtf8(words);
+}
 
 void colour(QLabel& label, const QColor& text) {
   QPalette palette = label.palette();
@@ -24,24 +29,13 @@ void colour(QLabel& label, const QColor& text) {
 
 }  // namespace
 
-struct FolderAccessRecoveryView::Design {
-  bool isRoomy;
-  int inset;
-  int symbol;
-  int title;  // sizes of type
-  int text;
-  int button;  // its height
-  int gap;     // between title and text
-};
-
-// A filled pill, as light as the text is: what asks to be pressed stands out the most.
 class FolderAccessRecoveryView::Button final : public PaintedButton {
  public:
   explicit Button(QWidget* parent) : PaintedButton(parent) {
-    setText(QStringLiteral("Allow Access"));
-    setAccessibleDescription(QString::fromUtf8(kHelp));
+    setText(quenlio::text(IslandTexts::kAllowAccess.name));
+    setAccessibleDescription(quenlio::text(IslandTexts::kAllowAccess.help));
   }
-  void apply(const IslandTheme& theme, const Design& design) {
+  void apply(const IslandTheme& theme, const FolderAccessRecoveryDesign& design) {
     theme_ = theme;
     height_ = design.button;
     setFont(typeOfSize(design.text, QFont::DemiBold));
@@ -55,7 +49,7 @@ class FolderAccessRecoveryView::Button final : public PaintedButton {
  protected:
   void paintEvent(QPaintEvent* /*event*/) override {
     QPainter painter(this);
-    const double opacity = isDown() ? 0.72 : isHovered() ? 0.96 : 0.86;
+    const double opacity = FolderAccessRecoveryDesign::pillOpacity(isHovered(), isDown());
     const QRectF pill = snappedToPixels(painter, rect());
     fillRounded(painter, pill, pill.height() / 2, toQColor(theme_.tokens.toolbarInteractionTint.opacity(opacity)));
     Color ink = theme_.material.hudWindow;
@@ -66,7 +60,7 @@ class FolderAccessRecoveryView::Button final : public PaintedButton {
     const int words = fontMetrics().horizontalAdvance(text());
     painter.setPen(toQColor(ink));
     painter.drawText(QRectF(height_ / 2.0, 0, words + 1, height()), Qt::AlignVCenter | Qt::AlignLeft, text());
-    paintIcon(painter, "arrow.up.right.square",
+    paintIcon(painter, IslandTexts::kAllowAccess.symbol,
               {height_ / 2.0 + words + kSymbolGap + symbolSize() / 2.0, height() / 2.0},
               {.size = static_cast<double>(symbolSize()), .colour = toQColor(ink)});
   }
@@ -78,12 +72,12 @@ class FolderAccessRecoveryView::Button final : public PaintedButton {
   int height_ = 24;
 };
 
-FolderAccessRecoveryView::FolderAccessRecoveryView(QWidget* parent, TooltipHost& tooltips, std::function<void()> action)
+FolderAccessRecoveryView::FolderAccessRecoveryView(QWidget* parent, AppTooltipHostModifier& tooltips,
+                                                   std::function<void()> action)
     : QWidget(parent),
       action_(std::move(action)),
-      metrics_(IslandLayoutMetrics::forSize(IslandSize::extraSmall)),
-      title_(QStringLiteral("Folder Access Needed"), this),
-      text_(QStringLiteral("Allow access to your screenshot folder so the island can display captures."), this),
+      title_(text(IslandTexts::kFolderAccessTitle), this),
+      text_(text(IslandTexts::kFolderAccessText), this),
       button_(new Button(this)) {
   setAccessibleName(title_.text());
   for (QLabel* label : {&title_, &text_}) {
@@ -91,7 +85,7 @@ FolderAccessRecoveryView::FolderAccessRecoveryView(QWidget* parent, TooltipHost&
     label->setAlignment(Qt::AlignHCenter | Qt::AlignVCenter);
   }
   text_.setWordWrap(true);
-  help_.emplace(tooltips, *button_, QString::fromUtf8(kHelp));
+  help_.emplace(tooltips, *button_, text(IslandTexts::kAllowAccess.help));
   QObject::connect(button_, &QAbstractButton::clicked, this, weak_.bind([](FolderAccessRecoveryView& self, bool) {
     if (self.action_) {
       self.action_();
@@ -99,30 +93,15 @@ FolderAccessRecoveryView::FolderAccessRecoveryView(QWidget* parent, TooltipHost&
   }));
 }
 
-FolderAccessRecoveryView::Design FolderAccessRecoveryView::design() const {
-  if (metrics_.previewHeight > 300) {
-    return {.isRoomy = true, .inset = 72, .symbol = 52, .title = 17, .text = 13, .button = 32, .gap = 7};
-  }
-  if (metrics_.previewHeight > 240) {
-    return {.isRoomy = true, .inset = 52, .symbol = 44, .title = 16, .text = 12, .button = 30, .gap = 6};
-  }
-  if (metrics_.previewHeight > kRoomy) {
-    return {.isRoomy = true, .inset = 34, .symbol = 34, .title = 14, .text = 12, .button = 28, .gap = 4};
-  }
-  if (metrics_.previewHeight > 140) {
-    return {.isRoomy = false, .inset = 18, .symbol = 20, .title = 13, .text = 11, .button = 26, .gap = 5};
-  }
-  return {.isRoomy = false, .inset = 12, .symbol = 18, .title = 12, .text = 11, .button = 24, .gap = 3};
-}
-
-void FolderAccessRecoveryView::apply(const IslandTheme& theme, const IslandLayoutMetrics& metrics) {
+void FolderAccessRecoveryView::apply(const IslandTheme& theme, IslandSize size) {
   theme_ = theme;
-  metrics_ = metrics;
-  title_.setFont(typeOfSize(design().title, QFont::DemiBold));
-  text_.setFont(typeOfSize(design().text));
+  design_ = FolderAccessRecoveryDesign::forSize(size);
+  cornerRadius_ = IslandLayoutMetrics::forSize(size).previewCornerRadius;
+  title_.setFont(typeOfSize(design_.title, QFont::DemiBold));
+  text_.setFont(typeOfSize(design_.text));
   colour(title_, toQColor(theme.tokens.textPrimary));
   colour(text_, toQColor(theme.tokens.textSecondary));
-  button_->apply(theme, design());
+  button_->apply(theme, design_);
   layOut();
   update();
 }
@@ -137,7 +116,7 @@ void FolderAccessRecoveryView::resizeEvent(QResizeEvent* /*event*/) {
 
 // From the top: symbol and title, text, button; together in the middle.
 void FolderAccessRecoveryView::layOut() {
-  const Design lengths = design();
+  const FolderAccessRecoveryDesign& lengths = design_;
   const int wide = width() - 2 * lengths.inset;
   const int titleHeight = title_.fontMetrics().height();
   const int textHeight = text_.heightForWidth(wide);
@@ -165,10 +144,10 @@ void FolderAccessRecoveryView::layOut() {
 void FolderAccessRecoveryView::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
   const QRectF well = snappedToPixels(painter, rect());
-  paintPreviewWell(painter, well, metrics_.previewCornerRadius, theme_, WellContent::words);
-  strokePreviewWell(painter, well, metrics_.previewCornerRadius, theme_);
-  paintIcon(painter, "lock.shield", symbolCentre_,
-            {.size = static_cast<double>(design().symbol), .colour = toQColor(theme_.tokens.iconPrimary)});
+  paintPreviewWell(painter, well, cornerRadius_, theme_, WellContent::words);
+  strokePreviewWell(painter, well, cornerRadius_, theme_);
+  paintIcon(painter, IslandTexts::kFolderAccessSymbol, symbolCentre_,
+            {.size = static_cast<double>(design_.symbol), .colour = toQColor(theme_.tokens.iconPrimary)});
 }
 
 }  // namespace quenlio

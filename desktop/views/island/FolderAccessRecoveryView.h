@@ -8,9 +8,9 @@
 #include <string>
 
 #include "core/base/WeakOwner.h"
-#include "core/island/IslandLayoutMetrics.h"
+#include "core/island/FolderAccessRecoveryDesign.h"
 
-#include "desktop/views/common/Tooltip.h"
+#include "desktop/views/common/AppTooltipModifier.h"
 #include "desktop/views/island/IslandTheme.h"
 
 namespace quenlio {
@@ -18,9 +18,9 @@ namespace quenlio {
 class FolderAccessRecoveryView final : public QWidget {
  public:
   // The host outlives the view.
-  FolderAccessRecoveryView(QWidget* parent, TooltipHost& tooltips, std::function<void()> action);
+  FolderAccessRecoveryView(QWidget* parent, AppTooltipHostModifier& tooltips, std::function<void()> action);
 
-  void apply(const IslandTheme& theme, const IslandLayoutMetrics& metrics);
+  void apply(const IslandTheme& theme, IslandSize size);
   void setFolderPath(const std::string& path);
 
  protected:
@@ -29,18 +29,16 @@ class FolderAccessRecoveryView final : public QWidget {
 
  private:
   class Button;
-  // The lengths of one size of the island, points.
-  struct Design;
-  [[nodiscard]] Design design() const;
   void layOut();
 
   std::function<void()> action_;
   IslandTheme theme_{};
-  IslandLayoutMetrics metrics_;
+  FolderAccessRecoveryDesign design_ = FolderAccessRecoveryDesign::forSize(IslandSize::extraSmall);
+  double cornerRadius_ = 0;  // points
   QLabel title_;
   QLabel text_;
   Button* button_;  // a child
-  std::optional<AppTooltip> help_;
+  std::optional<AppTooltipModifier> help_;
   QPointF symbolCentre_;
   WeakOwner<FolderAccessRecoveryView> weak_{this};
 };

@@ -1,27 +1,18 @@
 #include "desktop/views/island/IslandOverlayRootView.h"
 
+#include <QtGui/QCursor>
 #include <QtGui/QPainter>
-#include <algorithm>
-#include <iterator>
 #include <utility>
 
 #include "core/island/IslandLayout.h"
 #include "core/island/IslandOverlayPresentationState.h"
+#include "core/island/IslandTexts.h"
 #include "core/library/ScreenshotStore.h"
 #include "core/settings/AppSettings.h"
 
 #include "desktop/views/common/QtColor.h"
 
 namespace quenlio {
-namespace {
-
-constexpr IslandSize kSizes[] = {IslandSize::extraSmall, IslandSize::small, IslandSize::medium, IslandSize::large,
-                                 IslandSize::xLarge};
-constexpr TimedCurve kExportDragging{kEaseInOut, Seconds(0.12)};
-constexpr TimedCurve kPreviewHolding{{{0.22, 1, 0.36, 1}}, Seconds(0.12)};
-constexpr TimedCurve kOtherChanges{kEaseOut, Seconds(0.16)};
-
-}  // namespace
 
 IslandOverlayRootView::IslandOverlayRootView(const IslandOverlayRootViewModel& model, Shell shell)
     : model_(model),
@@ -30,6 +21,7 @@ IslandOverlayRootView::IslandOverlayRootView(const IslandOverlayRootViewModel& m
       containerOpacity_(model.scheduler, model.clock, 1, weak_.bind([](IslandOverlayRootView& self) {
         self.glass_.setContainerOpacity(self.containerOpacity_.value());
       })),
+      size_(model.settings.islandSize.get()),
       root_({.store = model.store,
              .dragDrop = model.dragDrop,
              .scheduler = model.scheduler,
@@ -46,6 +38,8 @@ IslandOverlayRootView::IslandOverlayRootView(const IslandOverlayRootViewModel& m
                 .onWindowDrag = model.onWindowDrag}),
       preview_(this, model.scheduler, model.clock, shell_.sharpRendition,
                {.onOpenQuickLook = model.onOpenQuickLook,
+                .onPrepareQuickLook = model.onPrepareQuickLook,
+                .onDropPreparedQuickLook = model.onDropPreparedQuickLook,
                 .onOpenEditor = model.onOpenEditor,
                 .onStartItemDrag = [&root = root_](const ScreenshotItem& item) { (void)root.beginItemDrag(item); },
                 .onHoldStateChanged = [&root = root_](bool holding) { root.isPreviewHolding.set(holding); }}),
@@ -59,11 +53,11 @@ IslandOverlayRootView::IslandOverlayRootView(const IslandOverlayRootViewModel& m
           this, model.scheduler, model.clock,
           {.onSelect = [&root = root_](const ScreenshotItem& item, ModifierFlags flags) { root.select(item, flags); },
            .onStartItemDrag = [&root = root_](const ScreenshotItem& item) { return root.beginItemDrag(item); }}),
-      glass_(this) {
+      glass_(this),
+      popupEnd_(weak_.bind([](IslandOverlayRootView& self) { self.popupClosed(); })) {
   setFocusPolicy(Qt::StrongFocus);
-  setAccessibleName(QStringLiteral("Island"));
+  setAccessibleName(QString::fromUtf8(IslandTexts::kIsland));
   observe();
-  refresh();
 }
 
 IslandOverlayRootView::~IslandOverlayRootView() {
@@ -75,17 +69,25 @@ void IslandOverlayRootView::observe() {
   refresh_->watch(model_.store.items);
   refresh_->watch(model_.store.selectedItemID);
   refresh_->watch(model_.store.selectedItemIDs);
-  refresh_->watch(model_.settings.islandSize);
   refresh_->watch(model_.presentationState.appearanceStyle);
   refresh_->watch(model_.presentationState.increaseContrast);
-  refresh_->watch(model_.presentationState.renameRequestToken);
   refresh_->watch(model_.presentationState.screenshotFolderReadable);
   refresh_->watch(model_.presentationState.screenshotFolderPath);
   refresh_->watch(shell_.compositor.isThere());
   refresh_->watch(shell_.compositor.blursBehind());
   refresh_->watch(root_.isExportDragging);
-  refresh_->watch(model_.presentationState.renameRequestToken);
   refresh_->watch(root_.isPreviewHolding);
+  // Not on the next turn: what is typed after the key that asks for a rename must find the field. The present token,
+  // announced at once, shows everything for the first time.
+  renameRequests_ = model_.presentationState.renameRequestToken.subscribe(
+      weak_.bind([](IslandOverlayRootView& self, std::int64_t token) {
+        self.renameRequestToken_ = token;
+        self.refresh();
+      }));
+  // At once, and as it is announced: the panel's new square comes while it still is, and no frame of one size is to be
+  // painted with the lengths of another.
+  sizeChange_ = model_.settings.islandSize.subscribe(
+      weak_.bind([](IslandOverlayRootView& self, IslandSize size) { self.useSize(size); }));
   countdown_.emplace(model_.scheduler, weak_.bind([](IslandOverlayRootView& self) { self.refreshCountdown(); }));
   countdown_->watch(model_.presentationState.dismissProgress);
   countdown_->watch(model_.presentationState.showDismissProgress);
@@ -100,7 +102,6 @@ void IslandOverlayRootView::refreshCountdown() {
 void IslandOverlayRootView::refresh() {
   const IslandOverlayPresentationState& state = model_.presentationState;
   turnTo(IslandTheme::forAppearance(state.appearanceStyle.get(), state.increaseContrast.get(), backing()));
-  useMetrics(IslandLayoutMetrics::forSize(model_.settings.islandSize.get()));
 
   const ScreenshotStore& store = model_.store;
   const ScreenshotItem* selected = store.selectedItem();
@@ -113,10 +114,12 @@ void IslandOverlayRootView::refresh() {
   preview_.show(selected);
   preview_.setIsDraggingOut(root_.isExportDragging.get());
   meta_.show({.selectedItem = selected,
-              .selectedItems = store.selectedItems(),
-              .renameRequestToken = state.renameRequestToken.get()});
+              .selectedCount = store.selectedItemIDs.get().size(),
+              .items = store.items.get(),
+              .renameRequestToken = renameRequestToken_});
   meta_.setVisible(!isEmpty);
   emptyState_.setVisible(isEmpty);
+  strip_.setVisible(!isEmpty);
   refreshContainerOpacity();
   strip_.show({.items = store.items.get(),
                .selectedItemID = store.selectedItemID.get(),
@@ -148,23 +151,20 @@ void IslandOverlayRootView::turnTo(const IslandTheme& theme) {
 }
 
 void IslandOverlayRootView::refreshContainerOpacity() {
-  const bool isExportDragging = root_.isExportDragging.get();
-  const bool isPreviewHolding = root_.isPreviewHolding.get();
-  const double opacity = root_.containerOpacity();
-  if (!isVisible()) {
-    containerOpacity_.jumpTo(opacity);
-  } else if (isExportDragging != wasExportDragging_) {
-    containerOpacity_.animateTo(opacity, kExportDragging);
+  const IslandMotion::Container now{.isExportDragging = root_.isExportDragging.get(),
+                                    .isPreviewHolding = root_.isPreviewHolding.get()};
+  const IslandMotion::Container before = std::exchange(container_, now);
+  if (isVisible()) {
+    containerOpacity_.animateTo(root_.containerOpacity(), IslandMotion::ofContainer(before, now));
   } else {
-    containerOpacity_.animateTo(opacity, isPreviewHolding != wasPreviewHolding_ ? kPreviewHolding : kOtherChanges);
+    containerOpacity_.jumpTo(root_.containerOpacity());
   }
-  wasExportDragging_ = isExportDragging;
-  wasPreviewHolding_ = isPreviewHolding;
 }
 
-void IslandOverlayRootView::useMetrics(const IslandLayoutMetrics& metrics) {
-  if (metrics != metrics_) {
-    metrics_ = metrics;
+void IslandOverlayRootView::useSize(IslandSize size) {
+  if (size != size_) {
+    size_ = size;
+    metrics_ = IslandLayoutMetrics::forSize(size);
     applyLook();
   }
 }
@@ -173,9 +173,9 @@ void IslandOverlayRootView::applyLook() {
   theme_ = IslandTheme::between(origin_, target_, themeShare_.value());
   toolbar_.apply(theme_.tokens, metrics_);
   preview_.apply(theme_, metrics_);
-  recovery_.apply(theme_, metrics_);
-  meta_.apply(theme_.tokens, metrics_);
-  emptyState_.apply(theme_.tokens, metrics_);
+  recovery_.apply(theme_, size_);
+  meta_.apply(theme_.tokens, size_);
+  emptyState_.apply(theme_.tokens, size_);
   strip_.apply(theme_.tokens, metrics_);
   glass_.apply(theme_, metrics_.cornerRadius);
   layOut();
@@ -203,7 +203,7 @@ void IslandOverlayRootView::tellSurface() {
 }
 
 void IslandOverlayRootView::layOut() {
-  const IslandLayout layout = islandLayout(metrics_, width());
+  const IslandLayout layout = islandLayout(metrics_, IslandLayoutMetrics::panelSide(size_));
   const auto place = [](QWidget& view, const Rect<IslandContent>& rect) {
     view.setGeometry(static_cast<int>(rect.minX()), static_cast<int>(rect.minY()), static_cast<int>(rect.size.width),
                      static_cast<int>(rect.size.height));
@@ -217,13 +217,7 @@ void IslandOverlayRootView::layOut() {
   glass_.setGeometry(rect());
 }
 
-// The panel's new square comes while the setting is still being announced. The square tells which size it is of, so
-// that no frame of one size is painted with the lengths of another.
 void IslandOverlayRootView::resizeEvent(QResizeEvent* /*event*/) {
-  const auto* size = std::ranges::find(kSizes, static_cast<double>(width()), IslandLayoutMetrics::panelSide);
-  if (size != std::end(kSizes)) {
-    useMetrics(IslandLayoutMetrics::forSize(*size));
-  }
   layOut();
 }
 
@@ -233,9 +227,21 @@ void IslandOverlayRootView::enterEvent(QEnterEvent* /*event*/) {
   }
 }
 
+// A menu that opens takes the pointer from the island that it rests on. That is no leaving: who chooses in the menu is
+// still at work with the island.
 void IslandOverlayRootView::leaveEvent(QEvent* /*event*/) {
+  const bool isOnIsland = rect().contains(mapFromGlobal(QCursor::pos()));
+  if (isOnIsland && popupEnd_.isAwaited()) {
+    return;
+  }
   if (model_.onHoverChanged) {
     model_.onHoverChanged(false);
+  }
+}
+
+void IslandOverlayRootView::popupClosed() {
+  if (model_.onMenuClosed) {
+    model_.onMenuClosed();
   }
 }
 

@@ -4,23 +4,27 @@
 #pragma once
 
 #include <QtWidgets/QWidget>
+#include <cstdint>
 #include <functional>
 #include <optional>
 
+#include "core/base/Subscription.h"
 #include "core/base/WeakOwner.h"
 #include "core/island/IslandLayoutMetrics.h"
+#include "core/island/IslandMotion.h"
 #include "core/island/IslandOverlayRoot.h"
 #include "core/island/IslandOverlayRootViewModel.h"
 #include "core/platform/Scheduler.h"
 
 #include "desktop/linux/session/CompositorWatch.h"
 #include "desktop/linux/session/PanelWindow.h"
+#include "desktop/views/common/AppTooltipModifier.h"
 #include "desktop/views/common/Motion.h"
-#include "desktop/views/common/Tooltip.h"
+#include "desktop/views/common/PopupEnd.h"
 #include "desktop/views/common/ViewRefresh.h"
 #include "desktop/views/island/EmptyStateDetails.h"
 #include "desktop/views/island/FolderAccessRecoveryView.h"
-#include "desktop/views/island/GlassSurface.h"
+#include "desktop/views/island/GlassSurfaceModifier.h"
 #include "desktop/views/island/IslandTheme.h"
 #include "desktop/views/island/MainPreview.h"
 #include "desktop/views/island/MetaRow.h"
@@ -55,10 +59,11 @@ class IslandOverlayRootView final : public QWidget {
   [[nodiscard]] GlassBacking backing() const;
   void turnTo(const IslandTheme& theme);
   void refreshContainerOpacity();
-  void useMetrics(const IslandLayoutMetrics& metrics);
+  void useSize(IslandSize size);
   void applyLook();
   void tellSurface();
   void layOut();
+  void popupClosed();
 
   WeakOwner<IslandOverlayRootView> weak_{this};  // first: its members are given callbacks while it is being made
   IslandOverlayRootViewModel model_;
@@ -68,20 +73,24 @@ class IslandOverlayRootView final : public QWidget {
   IslandTheme target_ = theme_;  // to there
   Motion themeShare_;            // and has come so far
   Motion containerOpacity_;
-  bool wasExportDragging_ = false;
-  bool wasPreviewHolding_ = false;
+  IslandMotion::Container container_;    // as last seen
   std::optional<PanelSurface> surface_;  // as last told
-  IslandLayoutMetrics metrics_ = IslandLayoutMetrics::forSize(IslandSize::extraSmall);
+  IslandSize size_;
+  IslandLayoutMetrics metrics_ = IslandLayoutMetrics::forSize(size_);
   IslandOverlayRoot root_;
-  TooltipHost tooltips_;  // before the views that have tooltips
+  AppTooltipHostModifier tooltips_;  // before the views that have tooltips
   ToolbarRow toolbar_;
   MainPreview preview_;
   FolderAccessRecoveryView recovery_;
   MetaRow meta_;
   EmptyStateDetails emptyState_;
   ThumbnailStrip strip_;
-  GlassSurface glass_;                  // above all of them
+  GlassSurfaceModifier glass_;  // above all of them
+  PopupEnd popupEnd_;
+  std::int64_t renameRequestToken_ = 0;  // as last announced
+  Subscription renameRequests_;
   std::optional<ViewRefresh> refresh_;  // once the view stands
+  Subscription sizeChange_;
   // On its own: while the island counts down, nothing but the ring changes, thirty times a second.
   std::optional<ViewRefresh> countdown_;
 };

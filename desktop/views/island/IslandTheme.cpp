@@ -1,6 +1,7 @@
 #include "desktop/views/island/IslandTheme.h"
 
 #include <array>
+#include <cmath>
 
 namespace quenlio {
 namespace {
@@ -45,15 +46,6 @@ constexpr std::array kMaterialColors{&GlassMaterial::hudWindow, &GlassMaterial::
                                      &GlassMaterial::preview, &GlassMaterial::edge};
 static_assert(sizeof(GlassMaterial) == kMaterialColors.size() * sizeof(Color), "a tone would not be blended");
 
-double blended(double from, double to, double share) {
-  return from + (to - from) * share;
-}
-
-Color blended(const Color& from, const Color& to, double share) {
-  return {blended(from.red, to.red, share), blended(from.green, to.green, share), blended(from.blue, to.blue, share),
-          blended(from.alpha, to.alpha, share)};
-}
-
 constexpr Color rgb(int red, int green, int blue, double alpha = 1) {
   return {red / 255.0, green / 255.0, blue / 255.0, alpha};
 }
@@ -81,13 +73,13 @@ IslandTheme IslandTheme::forAppearance(IslandAppearanceStyle style, bool increas
 IslandTheme IslandTheme::between(const IslandTheme& from, const IslandTheme& to, double share) {
   IslandTheme result = to;
   for (const auto color : kColors) {
-    result.tokens.*color = blended(from.tokens.*color, to.tokens.*color, share);
+    result.tokens.*color = Color::between(from.tokens.*color, to.tokens.*color, share);
   }
   for (const auto number : kNumbers) {
-    result.tokens.*number = blended(from.tokens.*number, to.tokens.*number, share);
+    result.tokens.*number = std::lerp(from.tokens.*number, to.tokens.*number, share);
   }
   for (const auto color : kMaterialColors) {
-    result.material.*color = blended(from.material.*color, to.material.*color, share);
+    result.material.*color = Color::between(from.material.*color, to.material.*color, share);
   }
   return share < 1 ? result : to;
 }

@@ -5,16 +5,24 @@
 #include <QtGui/QStyleHints>
 #include <utility>
 
+#include "core/island/IslandTexts.h"
+
+#include "desktop/views/island/PreviewAccessible.h"
+
 namespace quenlio {
 
 MainPreview::MainPreview(QWidget* parent, Scheduler& scheduler, const Clock& clock, SharpRendition sharpRendition,
                          Callbacks callbacks)
-    : QLabel(parent),
+    : QWidget(parent),
       callbacks_(std::move(callbacks)),
       card_(new PreviewCard(parent, scheduler, clock, std::move(sharpRendition))),
-      click_(scheduler, clock,
-             {.onClick = weak_.bind([](MainPreview& self) { self.callbacks_.onOpenQuickLook(*self.item_); }),
-              .onDoubleClick = weak_.bind([](MainPreview& self) { self.callbacks_.onOpenEditor(*self.item_); })}) {
+      click_(
+          scheduler, clock,
+          {.onMayBecomeClick = weak_.bind([](MainPreview& self) { self.callbacks_.onPrepareQuickLook(*self.item_); }),
+           .onClick = weak_.bind([](MainPreview& self) { self.open(); }),
+           .onNoClick = weak_.bind([](MainPreview& self) { self.callbacks_.onDropPreparedQuickLook(); }),
+           .onDoubleClick = weak_.bind([](MainPreview& self) { self.callbacks_.onOpenEditor(*self.item_); })}) {
+  makePreviewAccessible();
   card_->stackUnder(this);
   setFocusPolicy(Qt::TabFocus);
 }
@@ -28,8 +36,8 @@ void MainPreview::apply(const IslandTheme& theme, const IslandLayoutMetrics& met
 }
 
 void MainPreview::show(const ScreenshotItem* item) {
-  const QString name = item != nullptr ? QString::fromStdString(item->fileURL.lastPathComponent()) : QString();
-  const QString spoken = item != nullptr ? name + QStringLiteral(" preview") : QStringLiteral("No preview");
+  const auto fileName = item != nullptr ? std::optional(item->fileURL.lastPathComponent()) : std::nullopt;
+  const QString spoken = QString::fromStdString(IslandTexts::previewName(fileName));
   if (spoken != accessibleName()) {
     setAccessibleName(spoken);
   }
@@ -39,6 +47,13 @@ void MainPreview::show(const ScreenshotItem* item) {
     click_.cancel();
     letGo();
     useHoverCursor();
+  }
+}
+
+void MainPreview::open() {
+  if (item_) {
+    const ScreenshotItem item = *item_;  // what opens may bring another one
+    callbacks_.onOpenQuickLook(item);
   }
 }
 
@@ -88,12 +103,12 @@ void MainPreview::leaveEvent(QEvent* /*event*/) {
 
 void MainPreview::focusInEvent(QFocusEvent* event) {
   touch_.isFocused = event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason;
-  tellCard();
+  card_->setTouch(touch_);
 }
 
 void MainPreview::focusOutEvent(QFocusEvent* /*event*/) {
   touch_.isFocused = false;
-  tellCard();
+  card_->setTouch(touch_);
 }
 
 void MainPreview::mousePressEvent(QMouseEvent* event) {
@@ -148,14 +163,14 @@ void MainPreview::setHolding(bool isHolding) {
   } else {
     popGrabCursor(touch_.isHovering);
   }
-  tellCard();
+  card_->setTouch(touch_);
   callbacks_.onHoldStateChanged(isHolding);
 }
 
 void MainPreview::setHovering(bool isHovering) {
   touch_.isHovering = isHovering;
   useHoverCursor();
-  tellCard();
+  card_->setTouch(touch_);
 }
 
 // The hand shows that there is something to be opened.
@@ -182,12 +197,6 @@ void MainPreview::popGrabCursor(bool restoreHoverCursor) {
   hasGrabCursor_ = false;
   hasHoverCursor_ = restoreHoverCursor && item_.has_value();
   hasHoverCursor_ ? setCursor(Qt::PointingHandCursor) : unsetCursor();
-}
-
-void MainPreview::tellCard() {
-  PreviewCard::Touch touch = touch_;
-  touch.isHovering = touch.isHovering && item_;
-  card_->setTouch(touch);
 }
 
 }  // namespace quenlio

@@ -5,7 +5,7 @@
 // below it and reaches a little beyond.
 #pragma once
 
-#include <QtWidgets/QLabel>
+#include <QtWidgets/QWidget>
 #include <functional>
 #include <optional>
 
@@ -19,10 +19,13 @@
 
 namespace quenlio {
 
-class MainPreview final : public QLabel {
+class MainPreview final : public QWidget {
  public:
   struct Callbacks {
     std::function<void(const ScreenshotItem&)> onOpenQuickLook;
+    // It may be opened in a moment, and then: it is not after all.
+    std::function<void(const ScreenshotItem&)> onPrepareQuickLook;
+    std::function<void()> onDropPreparedQuickLook;
     std::function<void(const ScreenshotItem&)> onOpenEditor;
     std::function<void(const ScreenshotItem&)> onStartItemDrag;
     std::function<void(bool holding)> onHoldStateChanged;
@@ -35,6 +38,9 @@ class MainPreview final : public QLabel {
   void apply(const IslandTheme& theme, const IslandLayoutMetrics& metrics);
   // nullptr: the placeholder.
   void show(const ScreenshotItem* item);
+  // As a click does, but at once. Nothing without an item.
+  void open();
+  [[nodiscard]] bool hasItem() const { return item_.has_value(); }
   // What is dragged out hears no release any more.
   void setIsDraggingOut(bool isDraggingOut);
 
@@ -62,7 +68,6 @@ class MainPreview final : public QLabel {
   void useHoverCursor();
   void pushGrabCursor();
   void popGrabCursor(bool restoreHoverCursor);
-  void tellCard();
 
   WeakOwner<MainPreview> weak_{this};  // first: its members are given callbacks while it is being made
   Callbacks callbacks_;

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "core/island/IslandTexts.h"
+#include "core/island/IslandTypeSizes.h"
 #include "core/island/MetaRowText.h"
 
 #include "desktop/views/common/LocalWording.h"
@@ -16,10 +18,6 @@ namespace {
 
 constexpr int kInset = 4;  // points, of the text
 constexpr int kGap = 4;    // between the text and the pencil
-
-int typeSize(const IslandLayoutMetrics& metrics) {
-  return metrics.metadataHeight < 28 ? 11 : metrics.metadataHeight < 32 ? 12 : 13;
-}
 
 }  // namespace
 
@@ -46,12 +44,13 @@ class MetaRow::Name final : public QLabel {
   QColor colour_;
 };
 
-MetaRow::MetaRow(QWidget* parent, TooltipHost& tooltips, const Clock& clock, RenameSession::OnRename onRename)
+MetaRow::MetaRow(QWidget* parent, AppTooltipHostModifier& tooltips, const Clock& clock,
+                 RenameSession::OnRename onRename)
     : QWidget(parent),
       session_(std::move(onRename)),
       metrics_(IslandLayoutMetrics::forSize(IslandSize::extraSmall)),
       name_(new Name(this)),
-      pencil_(this, "pencil", "Rename", tooltips.scheduler(), clock),
+      pencil_(this, IslandTexts::kRename.symbol, IslandTexts::kRename.name, tooltips.scheduler(), clock),
       editor_(this, tooltips, clock,
               {.onEdit = weak_.bind([](MetaRow& self, std::string draftName) {
                  self.session_.edit(std::move(draftName));
@@ -60,7 +59,7 @@ MetaRow::MetaRow(QWidget* parent, TooltipHost& tooltips, const Clock& clock, Ren
                .onCommit = weak_.bind([](MetaRow& self) { self.commit(); }),
                .onCancel = weak_.bind([](MetaRow& self) { self.endRename(); })}),
       nameHelp_(tooltips, *name_, QString()),
-      pencilHelp_(tooltips, pencil_, localWording(QStringLiteral("Rename (↩)"))) {
+      pencilHelp_(tooltips, pencil_, localWording(IslandTexts::kRename.help)) {
   pencil_.setAccessibleDescription(pencilHelp_.text());
   pencil_.setRevealed(false);
   QObject::connect(&pencil_, &QAbstractButton::clicked, this,
@@ -71,34 +70,34 @@ MetaRow::~MetaRow() {
   weak_.letGo();
 }
 
-void MetaRow::apply(const IslandThemeTokens& tokens, const IslandLayoutMetrics& metrics) {
-  metrics_ = metrics;
-  setFont(typeOfSize(typeSize(metrics), QFont::Medium));
+void MetaRow::apply(const IslandThemeTokens& tokens, IslandSize size) {
+  metrics_ = IslandLayoutMetrics::forSize(size);
+  setFont(typeOfSize(IslandTypeSizes::forSize(size).nameRow, QFont::Medium));
   name_->setFont(font());
   name_->setColour(toQColor(tokens.textPrimary.opacity(tokens.filenameOpacity)));
   pencil_.apply(tokens);
-  editor_.apply(tokens, metrics);
+  editor_.apply(tokens, metrics_);
   layOut();
 }
 
 void MetaRow::show(const Contents& contents) {
-  selected_ = contents.selectedItems;
-  const auto fileName = contents.selectedItem != nullptr
-                            ? std::optional(contents.selectedItem->fileURL.lastPathComponent())
-                            : std::nullopt;
-  const QString title = QString::fromStdString(MetaRowText::titleText(selected_.size(), fileName));
+  selectedItem_ = contents.selectedItem != nullptr ? std::optional(*contents.selectedItem) : std::nullopt;
+  selectedCount_ = contents.selectedCount;
+  const auto fileName = selectedItem_ ? std::optional(selectedItem_->fileURL.lastPathComponent()) : std::nullopt;
+  const QString title = QString::fromStdString(MetaRowText::titleText(selectedCount_, fileName));
   if (title != name_->text()) {
     name_->setText(title);
   }
-  const QString help = QString::fromStdString(MetaRowText::filenameTooltip(selected_.size(), fileName));
+  const QString help = QString::fromStdString(MetaRowText::filenameTooltip(selectedCount_, fileName));
   if (help != nameHelp_.text()) {
     nameHelp_.setText(help);
     name_->setAccessibleDescription(help);
   }
-  if (session_.selectionChanged(selected_)) {
+  if (session_.selectionChanged(
+          {.item = contents.selectedItem, .count = contents.selectedCount, .library = contents.items})) {
     endRename();
   }
-  pencil_.setVisible(selected_.size() == 1 && !session_.isEditing());
+  pencil_.setVisible(session_.isOffered(selection()));
   layOut();
   const auto lastToken = std::exchange(renameRequestToken_, contents.renameRequestToken);
   if (lastToken && lastToken != renameRequestToken_) {
@@ -106,9 +105,13 @@ void MetaRow::show(const Contents& contents) {
   }
 }
 
+RenameSession::Selection MetaRow::selection() const {
+  return {.item = selectedItem_ ? &*selectedItem_ : nullptr, .count = selectedCount_};
+}
+
 void MetaRow::beginRename() {
   const bool isEditing = session_.isEditing();
-  if (!session_.begin(selected_)) {
+  if (!session_.begin(selection())) {
     return;
   }
   if (isEditing) {
@@ -133,7 +136,7 @@ void MetaRow::endRename() {
   session_.cancel();
   editor_.close();
   name_->show();
-  pencil_.setVisible(selected_.size() == 1);
+  pencil_.setVisible(session_.isOffered(selection()));
 }
 
 void MetaRow::resizeEvent(QResizeEvent* /*event*/) {
@@ -143,7 +146,7 @@ void MetaRow::resizeEvent(QResizeEvent* /*event*/) {
 void MetaRow::layOut() {
   const int side = std::min(height(), static_cast<int>(metrics_.toolbarControlSize) - 2) - 2;
   pencil_.setGeometry(width() - side, (height() - side) / 2, side, side);
-  const int end = selected_.size() == 1 ? pencil_.x() - kGap : width() - kInset;
+  const int end = session_.isOffered(selection()) ? pencil_.x() - kGap : width() - kInset;
   name_->setGeometry(kInset, 0, end - kInset, height());
   editor_.setGeometry(rect());
 }
@@ -154,6 +157,15 @@ void MetaRow::enterEvent(QEnterEvent* /*event*/) {
 
 void MetaRow::leaveEvent(QEvent* /*event*/) {
   pencil_.setRevealed(false);
+}
+
+// What goes away under the pointer may not be told that the pointer left.
+void MetaRow::hideEvent(QHideEvent* event) {
+  pencil_.setRevealed(false);
+  // A name that was being typed when the island went is no longer on anybody's mind when it comes back.
+  if (session_.isEditing() && !event->spontaneous()) {
+    endRename();
+  }
 }
 
 }  // namespace quenlio

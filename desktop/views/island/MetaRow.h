@@ -3,11 +3,11 @@
 #pragma once
 
 #include <QtWidgets/QWidget>
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <optional>
-#include <string_view>
-#include <vector>
+#include <span>
 
 #include "core/base/WeakOwner.h"
 #include "core/island/IslandLayoutMetrics.h"
@@ -15,7 +15,7 @@
 #include "core/island/RenameSession.h"
 #include "core/library/ScreenshotItem.h"
 
-#include "desktop/views/common/Tooltip.h"
+#include "desktop/views/common/AppTooltipModifier.h"
 #include "desktop/views/island/RenameEditor.h"
 #include "desktop/views/island/RowButton.h"
 
@@ -24,15 +24,16 @@ namespace quenlio {
 class MetaRow final : public QWidget {
  public:
   // Tooltips and clock outlive the view.
-  MetaRow(QWidget* parent, TooltipHost& tooltips, const Clock& clock, RenameSession::OnRename onRename);
+  MetaRow(QWidget* parent, AppTooltipHostModifier& tooltips, const Clock& clock, RenameSession::OnRename onRename);
   ~MetaRow() override;
 
   struct Contents {
     const ScreenshotItem* selectedItem = nullptr;
-    std::vector<ScreenshotItem> selectedItems;
+    std::size_t selectedCount = 0;  // 0 also where an item is shown without being selected
+    std::span<const ScreenshotItem> items{};
     std::int64_t renameRequestToken = 0;
   };
-  void apply(const IslandThemeTokens& tokens, const IslandLayoutMetrics& metrics);
+  void apply(const IslandThemeTokens& tokens, IslandSize size);
   // Another token than the last asks for the name to be changed.
   void show(const Contents& contents);
 
@@ -40,10 +41,12 @@ class MetaRow final : public QWidget {
   void resizeEvent(QResizeEvent* event) override;
   void enterEvent(QEnterEvent* event) override;
   void leaveEvent(QEvent* event) override;
+  void hideEvent(QHideEvent* event) override;
 
  private:
   class Name;
 
+  [[nodiscard]] RenameSession::Selection selection() const;
   void beginRename();
   void commit();
   void endRename();
@@ -52,13 +55,14 @@ class MetaRow final : public QWidget {
   WeakOwner<MetaRow> weak_{this};  // first: its members are given callbacks while it is being made
   RenameSession session_;
   IslandLayoutMetrics metrics_;
-  std::vector<ScreenshotItem> selected_;
+  std::optional<ScreenshotItem> selectedItem_;
+  std::size_t selectedCount_ = 0;
   std::optional<std::int64_t> renameRequestToken_;
   Name* name_;  // children
   RowButton pencil_;
   RenameEditor editor_;
-  AppTooltip nameHelp_;
-  AppTooltip pencilHelp_;
+  AppTooltipModifier nameHelp_;
+  AppTooltipModifier pencilHelp_;
 };
 
 }  // namespace quenlio

@@ -5,6 +5,8 @@
 #include <cmath>
 #include <utility>
 
+#include "core/island/IslandTexts.h"
+
 #include "desktop/views/common/Icon.h"
 #include "desktop/views/common/Pixels.h"
 #include "desktop/views/common/QtColor.h"
@@ -14,11 +16,6 @@
 
 namespace quenlio {
 namespace {
-
-constexpr TimedCurve kHold{{{0.22, 1, 0.36, 1}}, Seconds(0.12)};
-constexpr TimedCurve kRevealOpacity{kEaseOut, Seconds(0.18)};
-constexpr Spring kRevealOffset{.mass = 1, .stiffness = 280, .damping = 30};
-constexpr double kHiddenOffsetY = 6;  // points
 
 // Of the symbol in the middle, by the height of its place.
 double symbolSize(double height) {
@@ -58,36 +55,37 @@ bool PreviewCard::show(const ScreenshotItem* item) {
   return true;
 }
 
-// What comes with the panel itself needs no entry of its own.
 void PreviewCard::revealCurrentImage() {
-  if (!hasBeenSeen_) {
-    revealOpacity_.jumpTo(1);
-    revealOffsetY_.jumpTo(0);
+  if (!reveal_.revealsNext()) {
+    endReveal();
     return;
   }
-  revealOpacity_.jumpTo(0);
-  revealOffsetY_.jumpTo(kHiddenOffsetY);
-  revealOpacity_.animateTo(1, kRevealOpacity);
-  revealOffsetY_.animateTo(0, kRevealOffset);
+  revealOpacity_.jumpTo(PreviewReveal::kHiddenOpacity);
+  revealOffsetY_.jumpTo(PreviewReveal::kHiddenOffsetY);
+  revealOpacity_.animateTo(1, PreviewReveal::kOpacity);
+  revealOffsetY_.animateTo(0, PreviewReveal::kOffsetY);
+}
+
+void PreviewCard::endReveal() {
+  revealOpacity_.jumpTo(1);
+  revealOffsetY_.jumpTo(0);
 }
 
 void PreviewCard::setTouch(const Touch& touch) {
   if (touch == touch_) {
     return;
   }
-  const bool heldBefore = touch_.isHolding;
+  const bool wasHolding = touch_.isHolding;
   touch_ = touch;
   const PreviewEmphasis next = PreviewEmphasis::of(touch.isHolding, touch.isHovering);
   if (next != to_) {
     from_ = emphasis();
     to_ = next;
     emphasisShare_.jumpTo(0);
-    if (!isVisible()) {
-      emphasisShare_.jumpTo(1);
-    } else if (touch.isHolding || heldBefore) {
-      emphasisShare_.animateTo(1, kHold);
+    if (isVisible()) {
+      emphasisShare_.animateTo(1, PreviewEmphasis::motion(wasHolding, touch.isHolding));
     } else {
-      emphasisShare_.animateTo(1, Spring::withResponse(Seconds(0.22), 0.84));
+      emphasisShare_.jumpTo(1);
     }
   }
   update();
@@ -116,9 +114,8 @@ void PreviewCard::showEvent(QShowEvent* /*event*/) {
 }
 
 void PreviewCard::hideEvent(QHideEvent* /*event*/) {
-  hasBeenSeen_ = false;
-  revealOpacity_.jumpTo(1);
-  revealOffsetY_.jumpTo(0);
+  reveal_.hidden();
+  endReveal();
   emphasisShare_.jumpTo(1);
   picture_.setIsOnScreen(false);
 }
@@ -134,7 +131,7 @@ QRectF PreviewCard::card(const QPainter& painter) const {
 
 void PreviewCard::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
-  hasBeenSeen_ = true;
+  reveal_.painted();
   // A window that goes to a denser screen keeps its size in points: nothing but the painting tells.
   useRoom(pixelsAPoint(painter));
   const QRectF well = card(painter);
@@ -196,7 +193,7 @@ void PreviewCard::paintPicture(QPainter& painter, const QRectF& well) {
 
 void PreviewCard::paintPlaceholder(QPainter& painter) {
   const double size = symbolSize(metrics_.previewHeight);
-  paintIcon(painter, "photo", QRectF(rect()).center(),
+  paintIcon(painter, IslandTexts::kEmptyPreviewSymbol, QRectF(rect()).center(),
             {.size = size, .colour = toQColor(theme_.tokens.iconSecondary.opacity(0.6))});
 }
 
@@ -205,7 +202,8 @@ void PreviewCard::paintBroken(QPainter& painter) {
   const double size = symbolSize(metrics_.previewHeight);
   const QPointF middle = QRectF(rect()).center() - QPointF(0, extension_.isEmpty() ? 0 : 9);
   QColor color = toQColor(theme_.tokens.iconSecondary);
-  paintIcon(painter, "photo", middle, {.size = size, .colour = toQColor(theme_.tokens.iconSecondary.opacity(0.45))});
+  paintIcon(painter, IslandTexts::kEmptyPreviewSymbol, middle,
+            {.size = size, .colour = toQColor(theme_.tokens.iconSecondary.opacity(0.45))});
   const double arm = size * 0.46;
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setPen(QPen(color, size / 14, Qt::SolidLine, Qt::RoundCap));

@@ -10,6 +10,7 @@
 #include "core/base/WeakOwner.h"
 #include "core/island/IslandLayoutMetrics.h"
 #include "core/island/PreviewEmphasis.h"
+#include "core/island/PreviewReveal.h"
 
 #include "desktop/render/SoftShadow.h"
 #include "desktop/views/common/Motion.h"
@@ -45,6 +46,7 @@ class PreviewCard final : public QWidget {
 
  private:
   void revealCurrentImage();
+  void endReveal();
   void useRoom(double pixelsAPoint);
   [[nodiscard]] PreviewEmphasis emphasis() const;
   [[nodiscard]] QRectF card(const QPainter& painter) const;
@@ -63,7 +65,7 @@ class PreviewCard final : public QWidget {
   Motion emphasisShare_;  // the share of the way between the two
   Motion revealOpacity_;
   Motion revealOffsetY_;
-  bool hasBeenSeen_ = false;  // painted, since it was last shown
+  PreviewReveal reveal_;
   SoftShadow cardShadow_;
   SoftShadow imageShadow_;
   SelectedPicture picture_;

@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "core/island/IslandTexts.h"
+
 #include "desktop/views/common/LocalWording.h"
 #include "desktop/views/common/Pixels.h"
 #include "desktop/views/common/QtColor.h"
@@ -39,7 +41,8 @@ class RenameEditor::Field final : public QLineEdit {
   explicit Field(RenameEditor* editor) : QLineEdit(editor), editor_(*editor) {
     setFrame(false);
     setTextMargins(0, 0, 0, 0);
-    setAccessibleName(QStringLiteral("Filename"));
+    setAccessibleName(QString::fromUtf8(IslandTexts::kFilename));
+    setPlaceholderText(accessibleName());
   }
 
  protected:
@@ -47,7 +50,10 @@ class RenameEditor::Field final : public QLineEdit {
     if (event->key() == Qt::Key_Escape) {
       editor_.callbacks_.onCancel();
     } else if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
-      editor_.callbacks_.onCommit();
+      // The key that has opened the field may still be held down.
+      if (!event->isAutoRepeat()) {
+        editor_.callbacks_.onCommit();
+      }
     } else {
       QLineEdit::keyPressEvent(event);
     }
@@ -68,8 +74,8 @@ class RenameEditor::Field final : public QLineEdit {
 // No key that it has no use for goes on to the island, where some delete.
 class RenameEditor::Button final : public RowButton {
  public:
-  Button(RenameEditor* editor, std::string_view symbol, const char* name, Scheduler& scheduler, const Clock& clock)
-      : RowButton(editor, symbol, name, scheduler, clock), editor_(*editor) {}
+  Button(RenameEditor* editor, const ControlText& text, Scheduler& scheduler, const Clock& clock)
+      : RowButton(editor, text.symbol, text.name, scheduler, clock), editor_(*editor) {}
 
  protected:
   [[nodiscard]] bool usesKey(const QKeyEvent& /*key*/) const override { return true; }
@@ -86,18 +92,18 @@ class RenameEditor::Button final : public RowButton {
   RenameEditor& editor_;
 };
 
-RenameEditor::RenameEditor(QWidget* row, TooltipHost& tooltips, const Clock& clock, Callbacks callbacks)
+RenameEditor::RenameEditor(QWidget* row, AppTooltipHostModifier& tooltips, const Clock& clock, Callbacks callbacks)
     : QWidget(row),
       callbacks_(std::move(callbacks)),
       tokens_(IslandThemeTokens::forAppearance(IslandAppearanceStyle::light, false)),
       metrics_(IslandLayoutMetrics::forSize(IslandSize::extraSmall)),
       field_(new Field(this)),
       extension_(new QLabel(this)),
-      confirm_(new Button(this, "checkmark", "Save filename", tooltips.scheduler(), clock)),
-      cancel_(new Button(this, "xmark", "Cancel rename", tooltips.scheduler(), clock)),
-      confirmHelp_(tooltips, *confirm_, localWording(QStringLiteral("Save filename (↩)"))),
-      cancelHelp_(tooltips, *cancel_, localWording(QStringLiteral("Cancel rename (Esc)"))),
-      refusal_(tooltips.parentWidget(), tooltips.scheduler(), clock) {
+      confirm_(new Button(this, IslandTexts::kSaveFilename, tooltips.scheduler(), clock)),
+      cancel_(new Button(this, IslandTexts::kCancelRename, tooltips.scheduler(), clock)),
+      confirmHelp_(tooltips, *confirm_, localWording(IslandTexts::kSaveFilename.help)),
+      cancelHelp_(tooltips, *cancel_, localWording(IslandTexts::kCancelRename.help)),
+      tooltips_(tooltips) {
   extension_->setTextFormat(Qt::PlainText);
   connectControls();
   hide();
@@ -129,6 +135,7 @@ void RenameEditor::apply(const IslandThemeTokens& tokens, const IslandLayoutMetr
       QPalette::Highlight,
       toQColor(tokens.toolbarInteractionTint.opacity(isOnDark(tokens) ? kSelectionOnDark : kSelectionOnLight)));
   colours.setColor(QPalette::HighlightedText, toQColor(tokens.textPrimary));
+  colours.setColor(QPalette::PlaceholderText, toQColor(tokens.textSecondary));
   field_->setPalette(colours);
   colours.setColor(QPalette::WindowText, toQColor(tokens.textSecondary));
   extension_->setPalette(colours);
@@ -142,11 +149,15 @@ void RenameEditor::apply(const IslandThemeTokens& tokens, const IslandLayoutMetr
 
 void RenameEditor::open(const std::string& draftName, const std::string& extension) {
   wholeExtension_ = extension.empty() ? QString() : QStringLiteral(".") + QString::fromStdString(extension);
+  extension_->setAccessibleName(wholeExtension_);  // what is seen of it may be cut
   field_->setText(QString::fromStdString(draftName));
   field_->selectAll();
   showRefusal({});
   layOut();
   show();
+  // Whatever gives the keyboard to the island as a whole gives it to the field for as long as that is open: the pointer
+  // that comes back, a press beside it. A Backspace that went to the island would trash the screenshot.
+  tooltips_.root().setFocusProxy(field_);
   takeKeyboard();
 }
 
@@ -157,8 +168,9 @@ void RenameEditor::takeKeyboard() {
 // First the keyboard: from what is hidden it would go to just any control.
 void RenameEditor::close() {
   showRefusal({});
+  tooltips_.root().setFocusProxy(nullptr);
   if (isAncestorOf(QWidget::window()->focusWidget())) {
-    refusal_.parentWidget()->setFocus(Qt::OtherFocusReason);
+    tooltips_.root().setFocus(Qt::OtherFocusReason);
   }
   hide();
 }
@@ -171,12 +183,11 @@ void RenameEditor::showRefusal(const std::optional<std::string>& reason) {
     field_->setAccessibleDescription(words);
   }
   if (!reason) {
-    refusal_.dismiss(this);
+    tooltips_.withdraw(refusalID_);
     return;
   }
-  QWidget* root = refusal_.parentWidget();
-  refusal_.present(this, words, QRect(mapTo(root, box_.topLeft()), box_.size()));
-  QAccessibleEvent alert(&refusal_, QAccessible::Alert);
+  tooltips_.report({.id = refusalID_, .text = *reason, .rect = tooltips_.frameOf(*this, box_), .isUrgent = true});
+  QAccessibleEvent alert(field_, QAccessible::Alert);
   QAccessible::updateAccessibility(&alert);
 }
 

@@ -14,7 +14,7 @@
 #include "core/island/IslandLayoutMetrics.h"
 #include "core/island/IslandThemeTokens.h"
 
-#include "desktop/views/common/Tooltip.h"
+#include "desktop/views/common/AppTooltipModifier.h"
 #include "desktop/views/island/RowButton.h"
 
 namespace quenlio {
@@ -27,7 +27,7 @@ class RenameEditor final : public QWidget {
     std::function<void()> onCancel;
   };
   // Tooltips and clock outlive the view.
-  RenameEditor(QWidget* row, TooltipHost& tooltips, const Clock& clock, Callbacks callbacks);
+  RenameEditor(QWidget* row, AppTooltipHostModifier& tooltips, const Clock& clock, Callbacks callbacks);
   ~RenameEditor() override;
 
   void apply(const IslandThemeTokens& tokens, const IslandLayoutMetrics& metrics);
@@ -58,9 +58,10 @@ class RenameEditor final : public QWidget {
   QLabel* extension_;
   Button* confirm_;
   Button* cancel_;
-  AppTooltip confirmHelp_;
-  AppTooltip cancelHelp_;
-  TooltipHost refusal_;  // one of its own: what it says stays when another control's help comes
+  AppTooltipModifier confirmHelp_;
+  AppTooltipModifier cancelHelp_;
+  AppTooltipHostModifier& tooltips_;
+  Uuid refusalID_ = Uuid::random();  // that of the refusal among the tooltips
   QString wholeExtension_;
   QRect box_;  // around field and extension
   bool isRefused_ = false;

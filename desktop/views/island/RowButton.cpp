@@ -3,6 +3,8 @@
 #include <QtGui/QPainter>
 #include <cmath>
 
+#include "core/island/IslandMotion.h"
+
 #include "desktop/views/common/Icon.h"
 #include "desktop/views/common/Pixels.h"
 #include "desktop/views/common/QtColor.h"
@@ -11,13 +13,11 @@ namespace quenlio {
 namespace {
 
 constexpr double kSymbol = 0.62;  // of the button's side
-constexpr double kHoverTint = 0.10;
-constexpr double kPressedTint = 0.18;
-constexpr TimedCurve kFade{kEaseOut, Seconds(0.16)};
 
 }  // namespace
 
-RowButton::RowButton(QWidget* row, std::string_view symbol, const char* name, Scheduler& scheduler, const Clock& clock)
+RowButton::RowButton(QWidget* row, std::string_view symbol, std::string_view name, Scheduler& scheduler,
+                     const Clock& clock)
     : PaintedButton(row),
       symbol_(symbol),
       tokens_(IslandThemeTokens::forAppearance(IslandAppearanceStyle::light, false)),
@@ -39,10 +39,15 @@ void RowButton::setRevealed(bool isRevealed) {
   turn();
 }
 
+RowButtonEmphasis RowButton::emphasis() const {
+  return RowButtonEmphasis::of(
+      {.isRevealed = isRevealed_, .isHovering = isHovered(), .isPressed = isDown(), .isFocused = showsFocus()});
+}
+
 void RowButton::turn() {
-  const double presence = isRevealed_ || showsFocus() ? 1 : 0;
+  const double presence = emphasis().presence;
   if (isVisible()) {
-    presence_.animateTo(presence, kFade);
+    presence_.animateTo(presence, IslandMotion::kEase);
   } else {
     presence_.jumpTo(presence);
   }
@@ -62,14 +67,13 @@ void RowButton::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
   painter.setOpacity(presence_.value());
   const QRectF disc = snappedToPixels(painter, rect());
-  if (isDown() || isHovered()) {
-    fillRounded(painter, disc, disc.height() / 2,
-                toQColor(tokens_.toolbarInteractionTint.opacity(isDown() ? kPressedTint : kHoverTint)));
+  const RowButtonEmphasis now = emphasis();
+  if (now.tint > 0) {
+    fillRounded(painter, disc, disc.height() / 2, toQColor(tokens_.toolbarInteractionTint.opacity(now.tint)));
   }
-  const bool isStrong = isDown() || isHovered() || showsFocus();
   paintIcon(painter, symbol_, QRectF(rect()).center(),
             {.size = std::round(height() * kSymbol),
-             .colour = toQColor(isStrong ? tokens_.iconPrimary : tokens_.iconSecondary)});
+             .colour = toQColor(now.isStrong ? tokens_.iconPrimary : tokens_.iconSecondary)});
   if (showsFocus()) {
     strokeInside(painter, disc, disc.height() / 2, toQColor(tokens_.iconPrimary));
   }

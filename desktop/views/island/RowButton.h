@@ -5,6 +5,7 @@
 
 #include "core/base/WeakOwner.h"
 #include "core/island/IslandThemeTokens.h"
+#include "core/island/RowButtonEmphasis.h"
 #include "core/platform/Scheduler.h"
 
 #include "desktop/views/common/Motion.h"
@@ -15,7 +16,7 @@ namespace quenlio {
 class RowButton : public PaintedButton {
  public:
   // All outlive the button; the symbol is a literal.
-  RowButton(QWidget* row, std::string_view symbol, const char* name, Scheduler& scheduler, const Clock& clock);
+  RowButton(QWidget* row, std::string_view symbol, std::string_view name, Scheduler& scheduler, const Clock& clock);
   ~RowButton() override;
 
   void apply(const IslandThemeTokens& tokens);
@@ -28,6 +29,7 @@ class RowButton : public PaintedButton {
   void focusOutEvent(QFocusEvent* event) override;
 
  private:
+  [[nodiscard]] RowButtonEmphasis emphasis() const;
   void turn();
 
   WeakOwner<RowButton> weak_{this};

@@ -103,6 +103,7 @@ double SelectedPicture::cornerRadius() const {
 
 void SelectedPicture::forgetSharp() {
   ++request_;
+  decoding_.cancel();
   sharp_ = {};
   prepared_ = {};
   askedFor_ = {};
@@ -131,8 +132,9 @@ void SelectedPicture::askIfNeeded() {
 void SelectedPicture::ask() {
   askedFor_ = roomInPixels();
   const std::uint64_t request = ++request_;
-  sharpRendition_(shown_->url, askedFor_,
-                  weak_.bind([request](SelectedPicture& self, const ImageRef& image) { self.take(request, image); }));
+  decoding_ = sharpRendition_(
+      shown_->url, askedFor_,
+      weak_.bind([request](SelectedPicture& self, const ImageRef& image) { self.take(request, image); }));
 }
 
 void SelectedPicture::take(std::uint64_t request, const ImageRef& image) {

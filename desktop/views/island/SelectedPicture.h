@@ -10,6 +10,7 @@
 #include <functional>
 #include <optional>
 
+#include "core/base/Subscription.h"
 #include "core/base/WeakOwner.h"
 #include "core/library/ScreenshotItem.h"
 #include "core/platform/Scheduler.h"
@@ -17,9 +18,10 @@
 namespace quenlio {
 
 // Decodes a file into a picture that fits into that many pixels, off the main thread, and hands it back on the main
-// thread; none when the file cannot be read.
+// thread; none when the file cannot be read. Letting go of the answer ends the decoding, which may take long, and frees
+// its thread.
 using SharpRendition =
-    std::function<void(const FileURL& url, QSize pixels, std::function<void(const ImageRef&)> completion)>;
+    std::function<Subscription(const FileURL& url, QSize pixels, std::function<void(const ImageRef&)> completion)>;
 
 // Where the picture is to go, in points.
 struct PictureRoom {
@@ -79,6 +81,7 @@ class SelectedPicture {
   QImage sharp_;
   QSize askedFor_;             // the room that the last request was for; empty: none made
   std::uint64_t request_ = 0;  // the last one; answers to others come too late
+  Subscription decoding_;      // that of the last one
   QImage prepared_;
   ScheduledTask patience_;
   WeakOwner<SelectedPicture> weak_{this};

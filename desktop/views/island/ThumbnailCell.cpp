@@ -6,6 +6,9 @@
 #include <cmath>
 #include <utility>
 
+#include "core/island/IslandMotion.h"
+#include "core/island/IslandTexts.h"
+
 #include "desktop/linux/session/KeyTranslation.h"
 #include "desktop/render/SoftShadow.h"
 #include "desktop/views/common/Icon.h"
@@ -18,29 +21,11 @@
 namespace quenlio {
 namespace {
 
-constexpr double kFrame = 0.11;     // of the side, between a selected cell's edge and its picture
-constexpr double kPrimaryRing = 2;  // points, around the one that the preview shows
-constexpr double kFocusRing = 1.5;  // points, around that, beyond the square
+constexpr double kFocusRing = 1.5;  // points, beyond the square
 constexpr double kFocusGap = 1.5;   // points, between the two
-constexpr double kHoverScale = 1.035;
-constexpr double kPressedScale = 0.95;
-constexpr double kArrivalScale = 0.72;
-constexpr double kSymbol = 0.52;  // of the square's side
+constexpr double kSymbol = 0.52;    // of the square's side
 // A thumbnail that takes longer than this has a symbol in its place.
 constexpr Seconds kPatience{0.6};
-constexpr TimedCurve kFade{kEaseOut, Seconds(0.16)};
-const Spring kSpring = Spring::withResponse(Seconds(0.22), 0.84);
-
-double mixed(double from, double to, double share) {
-  return from + (to - from) * share;
-}
-
-// The share may overshoot.
-QColor mixed(const Color& from, const Color& to, double share) {
-  const double part = std::clamp(share, 0.0, 1.0);
-  return toQColor({mixed(from.red, to.red, part), mixed(from.green, to.green, part), mixed(from.blue, to.blue, part),
-                   mixed(from.alpha, to.alpha, part)});
-}
 
 QRectF scaledBy(const QRectF& rect, double scale) {
   const QSizeF size = rect.size() * scale;
@@ -91,7 +76,7 @@ void ThumbnailCell::show(const ScreenshotItem& item, bool isSelected, bool isPri
   if (isNew || before != item.thumbnail) {
     showThumbnail(before);
   }
-  State next = to_;
+  ThumbnailState next = to_;
   next.selected = isSelected ? 1 : 0;
   next.primary = isSelected && isPrimarySelected ? 1 : 0;
   const bool hasTurned = next.selected != to_.selected;
@@ -111,7 +96,7 @@ void ThumbnailCell::showThumbnail(const ImageRef& before) {
   symbol_.jumpTo(0);
   if (before == nullptr && isSeen()) {
     picture_.jumpTo(0);
-    picture_.animateTo(1, kFade);
+    picture_.animateTo(1, IslandMotion::kEase);
   } else {
     picture_.jumpTo(1);
     callbacks_.onLookChanged(*this);
@@ -121,7 +106,7 @@ void ThumbnailCell::showThumbnail(const ImageRef& before) {
 void ThumbnailCell::waitForThumbnail() {
   symbolsTurn_ = scheduler_.after(kPatience, weak_.bind([](ThumbnailCell& self) {
     if (self.isSeen()) {
-      self.symbol_.animateTo(1, kFade);
+      self.symbol_.animateTo(1, IslandMotion::kEase);
     } else {
       self.symbol_.jumpTo(1);
     }
@@ -130,7 +115,7 @@ void ThumbnailCell::waitForThumbnail() {
 
 void ThumbnailCell::arrive() {
   presence_.jumpTo(0);
-  presence_.animateTo(1, kFade);
+  presence_.animateTo(1, IslandMotion::kEase);
 }
 
 void ThumbnailCell::setSquare(const QRectF& square, bool isInSight) {
@@ -141,15 +126,11 @@ void ThumbnailCell::setSquare(const QRectF& square, bool isInSight) {
   }
 }
 
-ThumbnailCell::State ThumbnailCell::state() const {
-  const double share = stateShare_.value();
-  return {.selected = mixed(from_.selected, to_.selected, share),
-          .primary = mixed(from_.primary, to_.primary, share),
-          .hovered = mixed(from_.hovered, to_.hovered, share),
-          .pressed = mixed(from_.pressed, to_.pressed, share)};
+ThumbnailState ThumbnailCell::state() const {
+  return ThumbnailState::between(from_, to_, stateShare_.value());
 }
 
-void ThumbnailCell::turnTo(const State& state) {
+void ThumbnailCell::turnTo(const ThumbnailState& state) {
   if (state == to_) {
     return;
   }
@@ -157,7 +138,7 @@ void ThumbnailCell::turnTo(const State& state) {
   to_ = state;
   if (isSeen()) {
     stateShare_.jumpTo(0);
-    stateShare_.animateTo(1, kSpring);
+    stateShare_.animateTo(1, IslandMotion::kSpring);
   } else {
     stateShare_.jumpTo(1);
     callbacks_.onLookChanged(*this);
@@ -178,20 +159,20 @@ void ThumbnailCell::leaveEvent(QEvent* event) {
 void ThumbnailCell::hideEvent(QHideEvent* event) {
   QAbstractButton::hideEvent(event);
   press_.cancelled();
-  State next = to_;
+  ThumbnailState next = to_;
   next.hovered = 0;
   next.pressed = 0;
   turnTo(next);
 }
 
 void ThumbnailCell::setHovered(bool isHovered) {
-  State next = to_;
+  ThumbnailState next = to_;
   next.hovered = isHovered ? 1 : 0;
   turnTo(next);
 }
 
 void ThumbnailCell::setPressed(bool isPressed) {
-  State next = to_;
+  ThumbnailState next = to_;
   next.pressed = isPressed ? 1 : 0;
   turnTo(next);
 }
@@ -238,38 +219,30 @@ bool ThumbnailCell::isMoving() const {
   return stateShare_.isRunning() || presence_.isRunning();
 }
 
-void ThumbnailCell::paint(QPainter& painter, const Look& look) {
-  const State now = state();
-  const double presence = presence_.value();
-  const double size = mixed(kArrivalScale, 1, presence) * mixed(1, kHoverScale, now.hovered * (1 - now.selected)) *
-                      mixed(1, kPressedScale, now.pressed);
-  const QRectF standing = scaledBy(square_, size);
+void ThumbnailCell::paint(QPainter& painter, const Setting& setting) {
+  const ThumbnailLook look = ThumbnailLook::of(state(), setting.tokens, presence_.value(), square_.width());
+  const QRectF standing = scaledBy(square_, look.scale);
   const QRectF body = isMoving() ? standing : snappedToPixels(painter, standing);
-  const double radius = look.radius * body.width() / square_.width();
-  const double chosen = std::clamp(now.selected, 0.0, 1.0);
-  const double bright = std::clamp(now.selected + now.hovered, 0.0, 1.0);
-  const double opacity = presence * mixed(look.tokens.unselectedThumbnailOpacity, 1, bright);
+  const double radius = setting.radius * body.width() / square_.width();
 
-  if (chosen > 0) {
-    painter.setOpacity(presence * chosen);
-    look.shadow.paint(painter, body);
+  if (look.shadow > 0) {
+    painter.setOpacity(look.shadow);
+    setting.shadow.paint(painter, body);
   }
-  painter.setOpacity(opacity);
-  fillRounded(painter, body, radius,
-              mixed(look.tokens.thumbnailPlateFill, look.tokens.thumbnailPlateSelectedFill, bright));
-  const double frame = std::round(kFrame * square_.width()) * now.selected;
-  const QRectF framed = body.adjusted(frame, frame, -frame, -frame);
-  paintPicture(painter, isMoving() ? framed : snappedToPixels(painter, framed), std::max(2.0, radius - frame), opacity);
-  paintSymbol(painter, body, look.tokens.iconSecondary);
-  painter.setOpacity(opacity);
-  strokeInside(painter, body, radius,
-               mixed(look.tokens.thumbnailDefaultStroke, look.tokens.thumbnailSelectedStroke, bright));
-  const double ringWidth = std::round(kPrimaryRing * pixelsAPoint(painter)) / pixelsAPoint(painter);
-  ring(painter, body, radius, ringWidth * std::clamp(now.primary, 0.0, 1.0), toQColor(look.tokens.iconPrimary));
-  if (look.hasFocusRing) {
+  painter.setOpacity(look.opacity);
+  fillRounded(painter, body, radius, toQColor(look.fill));
+  const QRectF framed = body.adjusted(look.frame, look.frame, -look.frame, -look.frame);
+  paintPicture(painter, isMoving() ? framed : snappedToPixels(painter, framed), std::max(2.0, radius - look.frame),
+               look.opacity);
+  paintSymbol(painter, body, setting.tokens.iconSecondary);
+  painter.setOpacity(look.opacity);
+  strokeInside(painter, body, radius, toQColor(look.stroke));
+  const QColor lines = toQColor(setting.tokens.iconPrimary);
+  const double pixels = pixelsAPoint(painter);
+  ring(painter, body, radius, isMoving() ? look.ring : std::round(look.ring * pixels) / pixels, lines);
+  if (setting.hasFocusRing) {
     const double reach = kFocusGap + kFocusRing;
-    ring(painter, body.adjusted(-reach, -reach, reach, reach), radius + reach, kFocusRing,
-         toQColor(look.tokens.iconPrimary));
+    ring(painter, body.adjusted(-reach, -reach, reach, reach), radius + reach, kFocusRing, lines);
   }
   painter.setOpacity(1);
 }
@@ -295,7 +268,7 @@ void ThumbnailCell::paintPicture(QPainter& painter, const QRectF& place, double 
 
 void ThumbnailCell::paintSymbol(QPainter& painter, const QRectF& place, const Color& tint) const {
   if (symbol_.value() > 0) {
-    paintIcon(painter, "photo", place.center(),
+    paintIcon(painter, IslandTexts::kEmptyPreviewSymbol, place.center(),
               {.size = place.width() * kSymbol, .colour = toQColor(tint.opacity(symbol_.value()))});
   }
 }

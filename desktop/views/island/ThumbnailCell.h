@@ -1,7 +1,7 @@
 // One screenshot in the strip: a click selects it, a press that moves drags it out. Owned by the strip. Main thread.
 //
-// It takes the pointer, also that of the gap around it, and is what screen readers find. The strip tells it where it
-// stands and has it drawn on the canvas below, where shadows and rings are not cut off.
+// It takes the pointer, and is what screen readers find. The strip tells it where it stands and has it drawn on the
+// canvas below, where shadows and rings are not cut off.
 #pragma once
 
 #include <QtGui/QImage>
@@ -11,6 +11,7 @@
 #include "core/base/WeakOwner.h"
 #include "core/island/IslandThemeTokens.h"
 #include "core/island/PressGesture.h"
+#include "core/island/ThumbnailLook.h"
 #include "core/library/ScreenshotItem.h"
 #include "core/platform/Panel.h"
 #include "core/platform/Scheduler.h"
@@ -46,14 +47,14 @@ class ThumbnailCell final : public QAbstractButton {
   // What is dragged out hears no release any more.
   void letGo();
 
-  struct Look {
+  struct Setting {
     const IslandThemeTokens& tokens;
     double radius;
     SoftShadow& shadow;  // of a selected cell
     bool hasFocusRing;
   };
   // In the strip's points.
-  void paint(QPainter& painter, const Look& look);
+  void paint(QPainter& painter, const Setting& setting);
 
  protected:
   void paintEvent(QPaintEvent* event) override;
@@ -65,16 +66,8 @@ class ThumbnailCell final : public QAbstractButton {
   void mouseReleaseEvent(QMouseEvent* event) override;
 
  private:
-  // Each a share, 0 to 1.
-  struct State {
-    double selected = 0;
-    double primary = 0;
-    double hovered = 0;
-    double pressed = 0;
-    bool operator==(const State&) const = default;
-  };
-  [[nodiscard]] State state() const;
-  void turnTo(const State& state);
+  [[nodiscard]] ThumbnailState state() const;
+  void turnTo(const ThumbnailState& state);
   void setPressed(bool isPressed);
   void showThumbnail(const ImageRef& thumbnail);
   void waitForThumbnail();
@@ -92,8 +85,8 @@ class ThumbnailCell final : public QAbstractButton {
   bool isInSight_ = false;
   PressGesture press_;
   QPointF pressedAt_;  // on the screen
-  State from_;
-  State to_;
+  ThumbnailState from_;
+  ThumbnailState to_;
   Motion stateShare_;  // the share of the way between the two
   Motion presence_;    // less than 1 while the cell comes up
   Motion picture_;     // while the thumbnail does

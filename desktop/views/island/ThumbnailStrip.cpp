@@ -6,6 +6,9 @@
 #include <cmath>
 #include <utility>
 
+#include "core/island/IslandMotion.h"
+#include "core/island/IslandTexts.h"
+
 #include "desktop/views/island/ThumbnailAccessible.h"
 
 namespace quenlio {
@@ -13,8 +16,6 @@ namespace {
 
 constexpr double kShadowRadius = 5;  // points, like all lengths here
 constexpr double kShadowY = 2;
-constexpr TimedCurve kEase{kEaseOut, Seconds(0.16)};
-const Spring kSpring = Spring::withResponse(Seconds(0.22), 0.84);
 
 }  // namespace
 
@@ -30,7 +31,7 @@ ThumbnailStrip::ThumbnailStrip(QWidget* parent, Scheduler& scheduler, const Cloc
       arrival_(scheduler, clock, 1, weak_.bind([](ThumbnailStrip& self) { self.place(); })) {
   makeThumbnailsAccessible();
   canvas_->stackUnder(this);
-  setAccessibleName(QStringLiteral("Screenshots"));
+  setAccessibleName(QString::fromUtf8(IslandTexts::kScreenshots));
   setFocusPolicy(Qt::TabFocus);
 }
 
@@ -118,7 +119,7 @@ void ThumbnailStrip::arrange(std::vector<Uuid> order, const std::vector<Uuid>& a
   for (std::size_t index = 0; index < order_.size(); ++index) {
     Entry& entry = cells_.at(order_[index]);
     if (std::ranges::find(arrived, order_[index]) != arrived.end()) {
-      entry.from = (static_cast<double>(index) - (index == 0 ? 0.5 : 0)) * step();
+      entry.from = (static_cast<double>(index) - (index == 0 ? 0.5 : 0)) * stripLayout().step();
       if (isVisible()) {
         entry.cell->arrive();
       }
@@ -127,7 +128,7 @@ void ThumbnailStrip::arrange(std::vector<Uuid> order, const std::vector<Uuid>& a
   }
   arrival_.jumpTo(isAnimated ? 0 : 1);
   if (isAnimated) {
-    arrival_.animateTo(1, kSpring);
+    arrival_.animateTo(1, IslandMotion::kSpring);
   }
   place();
 }
@@ -150,25 +151,23 @@ ThumbnailCell* ThumbnailStrip::currentCell() const {
   return order_.empty() ? nullptr : cells_.at(order_.front()).cell;
 }
 
+StripLayout ThumbnailStrip::stripLayout() const {
+  return {.metrics = metrics_, .count = order_.size(), .width = static_cast<double>(width())};
+}
+
 double ThumbnailStrip::leftOf(std::size_t index) const {
-  const double belongs = static_cast<double>(index) * step();
-  const double from = cells_.at(order_[index]).from;
-  return from + (belongs - from) * arrival_.value();
+  return std::lerp(cells_.at(order_[index]).from, stripLayout().leftOf(index), arrival_.value());
 }
 
 void ThumbnailStrip::place() {
   const double side = metrics_.thumbSize;
-  // Below the inset, or less far down where the tray is not high enough for a whole cell there.
-  const double top = std::clamp(metrics_.trayVerticalInset, 0.0, std::max(0.0, height() - side));
-  const double gap = metrics_.thumbSpacing / 2;
+  const double top = stripLayout().top();
   for (std::size_t index = 0; index < order_.size(); ++index) {
     ThumbnailCell* cell = cells_.at(order_[index]).cell;
-    const double left = leftOf(index) - scroll_.value();
-    cell->setSquare({left, top, side, side}, left + side > -kBleed && left < width() + kBleed);
-    // With half of the gap on both sides, so that there is no place between two cells.
-    const auto from = static_cast<int>(std::lround(left - gap));
-    const auto to = static_cast<int>(std::lround(left + side + gap));
-    cell->setGeometry(from, 0, to - from, height());
+    const QRectF square(leftOf(index) - scroll_.value(), top, side, side);
+    cell->setSquare(square, square.right() > -kBleed && square.left() < width() + kBleed);
+    // A square too, however it lies between the points.
+    cell->setGeometry(QRect(square.topLeft().toPoint(), square.size().toSize()));
   }
   if (underMouse()) {
     const QPoint pointer = mapFromGlobal(QCursor::pos());
@@ -179,30 +178,21 @@ void ThumbnailStrip::place() {
   canvas_->update();
 }
 
-double ThumbnailStrip::furthest() const {
-  return std::max(0.0, static_cast<double>(order_.size()) * step() - metrics_.thumbSpacing - width());
-}
-
 void ThumbnailStrip::scrollTo(double offset, bool animated) {
-  const double target = std::clamp(offset, 0.0, furthest());
+  const double target = stripLayout().within(offset);
   if (animated) {
-    scroll_.animateTo(target, kEase);
+    scroll_.animateTo(target, IslandMotion::kEase);
   } else {
     scroll_.jumpTo(target);
   }
 }
 
-// As far in as the fade reaches, so that there is a glimpse of the next one too.
 void ThumbnailStrip::scrollToSelected(bool animated) {
   const auto found = primary_ ? std::ranges::find(order_, *primary_) : order_.end();
-  double offset = scroll_.target();
-  if (found != order_.end()) {
-    const double margin = fadeReach() + metrics_.thumbSpacing;
-    const double left = static_cast<double>(found - order_.begin()) * step();
-    offset = std::min(offset, left - margin);
-    offset = std::max(offset, left + metrics_.thumbSize + margin - width());
-  }
-  scrollTo(offset, animated);
+  const double offset = scroll_.target();
+  scrollTo(found != order_.end() ? stripLayout().offsetShowing(static_cast<std::size_t>(found - order_.begin()), offset)
+                                 : offset,
+           animated);
 }
 
 void ThumbnailStrip::wheelEvent(QWheelEvent* event) {
@@ -212,7 +202,7 @@ void ThumbnailStrip::wheelEvent(QWheelEvent* event) {
     scrollTo(scroll_.value() - larger(event->pixelDelta()), false);
   } else {
     const double turns = larger(event->angleDelta()) / static_cast<double>(QWheelEvent::DefaultDeltasPerStep);
-    scrollTo(scroll_.target() - step() * turns, true);
+    scrollTo(scroll_.target() - stripLayout().step() * turns, true);
   }
   event->accept();
 }

@@ -15,6 +15,7 @@
 #include "core/base/WeakOwner.h"
 #include "core/island/IslandLayoutMetrics.h"
 #include "core/island/IslandThemeTokens.h"
+#include "core/island/StripLayout.h"
 #include "core/library/ScreenshotItem.h"
 
 #include "desktop/render/SoftShadow.h"
@@ -70,18 +71,15 @@ class ThumbnailStrip final : public QWidget {
   void dropGone(const std::vector<Uuid>& order);
   void arrange(std::vector<Uuid> order, const std::vector<Uuid>& arrived);
   [[nodiscard]] ThumbnailCell* makeCell();
+  [[nodiscard]] StripLayout stripLayout() const;
   void place();
   [[nodiscard]] double leftOf(std::size_t index) const;  // as things move, before scrolling
-  [[nodiscard]] double furthest() const;
   void scrollTo(double offset, bool animated);
   void scrollToSelected(bool animated);
   void repaint(const ThumbnailCell& cell);
   void paintOn(QPainter& painter, const QRect& exposed);
   void paintCells(QPainter& painter, const QRect& exposed);
   void fadeEnds(QPainter& painter) const;
-  [[nodiscard]] double step() const { return metrics_.thumbSize + metrics_.thumbSpacing; }
-  // How much of the strip fades at an end where more lies beyond.
-  [[nodiscard]] double fadeReach() const { return 0.75 * metrics_.thumbSize; }
 
   WeakOwner<ThumbnailStrip> weak_{this};  // first: its members are given callbacks while it is being made
   Callbacks callbacks_;

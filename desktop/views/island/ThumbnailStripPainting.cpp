@@ -37,7 +37,7 @@ void ThumbnailStrip::repaint(const ThumbnailCell& cell) {
 void ThumbnailStrip::paintOn(QPainter& painter, const QRect& exposed) {
   painter.translate(kBleed, kBleed);
   const QRect seen = exposed.translated(-kBleed, -kBleed);
-  if (furthest() <= 0) {
+  if (stripLayout().furthest() <= 0) {
     paintCells(painter, seen);
     return;
   }
@@ -69,10 +69,10 @@ void ThumbnailStrip::paintCells(QPainter& painter, const QRect& exposed) {
 
 // An end that is reached shows all; one with so much beyond that the canvas would cut it off is clear there.
 void ThumbnailStrip::fadeEnds(QPainter& painter) const {
-  const double reach = fadeReach();
+  const double reach = stripLayout().fadeReach();
   const auto strength = [](double beyond) { return std::clamp(beyond / kBleed, 0.0, 1.0); };
   const double left = strength(scroll_.value());
-  const double right = strength(furthest() - scroll_.value());
+  const double right = strength(stripLayout().furthest() - scroll_.value());
   const auto opacity = [](double share) { return QColor::fromRgbF(0, 0, 0, static_cast<float>(share)); };
   painter.setCompositionMode(QPainter::CompositionMode_DestinationIn);
   const double top = -kBleed;

@@ -1,31 +1,24 @@
 #include "desktop/views/island/ToolbarControl.h"
 
-#include <QtGui/QKeyEvent>
 #include <QtGui/QPainter>
-#include <algorithm>
+
+#include "core/island/IslandMotion.h"
 
 #include "desktop/views/common/Icon.h"
+#include "desktop/views/common/LocalWording.h"
 #include "desktop/views/common/Pixels.h"
 #include "desktop/views/common/QtColor.h"
 
 namespace quenlio {
-namespace {
 
-constexpr double kBaseOpacity = 0.84;
-constexpr double kDisabledOpacity = 0.32;
-constexpr double kHoverScale = 1.035;
-constexpr double kPressedScale = 0.95;
-constexpr TimedCurve kFade{kEaseOut, Seconds(0.16)};
-const Spring kSpring = Spring::withResponse(Seconds(0.22), 0.84);
-
-}  // namespace
-
-ToolbarControl::ToolbarControl(QWidget* row, std::string_view symbol, Scheduler& scheduler, const Clock& clock)
+ToolbarControl::ToolbarControl(QWidget* row, ToolbarControlID id, Scheduler& scheduler, const Clock& clock)
     : PaintedButton(row),
-      symbol_(symbol),
+      id_(id),
       tokens_(IslandThemeTokens::forAppearance(IslandAppearanceStyle::light, false)),
-      opacity_(scheduler, clock, kBaseOpacity, weak_.bind([](ToolbarControl& self) { self.update(); })),
+      opacity_(scheduler, clock, 1, weak_.bind([](ToolbarControl& self) { self.update(); })),
       scale_(scheduler, clock, 1, weak_.bind([](ToolbarControl& self) { self.update(); })) {
+  setAccessibleName(QString::fromUtf8(controlText(id).name));
+  setAccessibleDescription(localWording(controlText(id).help));
   const auto changed = weak_.bind([](ToolbarControl& self) { self.pointerChanged(); });
   QObject::connect(this, &QAbstractButton::pressed, this, changed);
   QObject::connect(this, &QAbstractButton::released, this, changed);
@@ -49,24 +42,27 @@ void ToolbarControl::setAvailable(bool available) {
   }
 }
 
+ToolbarEmphasis ToolbarControl::emphasis() const {
+  return ToolbarEmphasis::of({.isEnabled = isEnabled(), .isHovering = isHovered(), .isPressed = isDown()},
+                             tokens_.iconIdleOpacityFloor);
+}
+
 // To where the icon belongs as things are: at once when nobody looks.
 void ToolbarControl::turn() {
-  const double idle = std::max(kBaseOpacity, tokens_.iconIdleOpacityFloor);
-  const double opacity = !isEnabled() ? kDisabledOpacity : isActive() || isDown() ? 1 : idle;
-  const double scale = isDown() ? kPressedScale : isActive() ? kHoverScale : 1;
+  const ToolbarEmphasis now = emphasis();
   if (isVisible()) {
-    opacity_.animateTo(opacity, kFade);
-    scale_.animateTo(scale, kSpring);
+    opacity_.animateTo(now.opacity, IslandMotion::kEase);
+    scale_.animateTo(now.scale, IslandMotion::kSpring);
   } else {
-    opacity_.jumpTo(opacity);
-    scale_.jumpTo(scale);
+    opacity_.jumpTo(now.opacity);
+    scale_.jumpTo(now.scale);
   }
 }
 
 void ToolbarControl::pointerChanged() {
   turn();
-  if (callbacks_.onPointerChanged) {
-    callbacks_.onPointerChanged();
+  if (onPointerChanged_) {
+    onPointerChanged_();
   }
 }
 
@@ -85,25 +81,12 @@ void ToolbarControl::hideEvent(QHideEvent* event) {
   turn();
 }
 
-bool ToolbarControl::usesKey(const QKeyEvent& key) const {
-  const bool isArrow = key.key() == Qt::Key_Left || key.key() == Qt::Key_Right;
-  return (isArrow && (key.modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier) || PaintedButton::usesKey(key);
-}
-
-void ToolbarControl::keyPressEvent(QKeyEvent* event) {
-  const bool isArrow = event->key() == Qt::Key_Left || event->key() == Qt::Key_Right;
-  if (isArrow && usesKey(*event) && callbacks_.onStep) {
-    callbacks_.onStep(event->key() == Qt::Key_Right ? 1 : -1);
-  } else {
-    PaintedButton::keyPressEvent(event);
-  }
-}
-
 void ToolbarControl::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
   paintBackground(painter);
   const QColor icon = toQColor(tokens_.iconPrimary.opacity(opacity_.value()));
-  paintIcon(painter, symbol_, QRectF(rect()).center(), {.size = iconSize(), .colour = icon, .scale = scale_.value()});
+  paintIcon(painter, controlText(id_).symbol, QRectF(rect()).center(),
+            {.size = iconSize(), .colour = icon, .scale = scale_.value()});
   if (showsFocus()) {
     const QRectF ring = snappedToPixels(painter, rect());
     strokeInside(painter, ring, ring.height() / 2, toQColor(tokens_.iconPrimary));

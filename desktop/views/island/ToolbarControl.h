@@ -3,11 +3,12 @@
 #pragma once
 
 #include <functional>
-#include <string_view>
 
 #include "core/base/WeakOwner.h"
 #include "core/island/IslandLayoutMetrics.h"
 #include "core/island/IslandThemeTokens.h"
+#include "core/island/ToolbarControlID.h"
+#include "core/island/ToolbarEmphasis.h"
 #include "core/platform/Scheduler.h"
 
 #include "desktop/views/common/Motion.h"
@@ -17,28 +18,24 @@ namespace quenlio {
 
 class ToolbarControl : public PaintedButton {
  public:
-  // All outlive the control; the symbol is a literal.
-  ToolbarControl(QWidget* row, std::string_view symbol, Scheduler& scheduler, const Clock& clock);
+  // All outlive the control.
+  ToolbarControl(QWidget* row, ToolbarControlID id, Scheduler& scheduler, const Clock& clock);
   ~ToolbarControl() override;
 
   void apply(const IslandThemeTokens& tokens, const IslandLayoutMetrics& metrics);
   void setAvailable(bool available);
 
-  struct Callbacks {
-    std::function<void()> onPointerChanged;  // came, went, presses or lets go
-    std::function<void(int)> onStep;         // an arrow key: one control to the left (-1) or to the right (1)
-  };
-  void setCallbacks(Callbacks callbacks) { callbacks_ = std::move(callbacks); }
+  // The pointer came, went, presses or lets go.
+  void setOnPointerChanged(std::function<void()> onPointerChanged) { onPointerChanged_ = std::move(onPointerChanged); }
 
   // Under the pointer, and of use.
   [[nodiscard]] bool isActive() const { return isHovered() && isEnabled(); }
+  [[nodiscard]] ToolbarEmphasis emphasis() const;
 
  protected:
-  [[nodiscard]] bool usesKey(const QKeyEvent& key) const override;
   void paintEvent(QPaintEvent* event) override;
   void enterEvent(QEnterEvent* event) override;
   void leaveEvent(QEvent* event) override;
-  void keyPressEvent(QKeyEvent* event) override;
   void hideEvent(QHideEvent* event) override;
 
   // Behind the icon.
@@ -51,10 +48,10 @@ class ToolbarControl : public PaintedButton {
   void turn();
 
   WeakOwner<ToolbarControl> weak_{this};
-  std::string_view symbol_;
+  ToolbarControlID id_;
   IslandThemeTokens tokens_;
   double iconSize_ = 16;
-  Callbacks callbacks_;
+  std::function<void()> onPointerChanged_;
   Motion opacity_;
   Motion scale_;
 };

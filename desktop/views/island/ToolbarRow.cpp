@@ -6,7 +6,9 @@
 #include <cmath>
 #include <utility>
 
-#include "desktop/views/common/LocalWording.h"
+#include "core/island/IslandMotion.h"
+#include "core/island/ToolbarLayout.h"
+
 #include "desktop/views/common/Pixels.h"
 #include "desktop/views/common/QtColor.h"
 
@@ -14,33 +16,17 @@ namespace quenlio {
 namespace {
 
 constexpr double kMinimumDistance = 1;  // points
-constexpr double kHoverTint = 0.10;
-constexpr double kPressedTint = 0.18;
-constexpr TimedCurve kFade{kEaseOut, Seconds(0.16)};
-const Spring kSpring = Spring::withResponse(Seconds(0.22), 0.84);
-
-struct Words {
-  const char* name;
-  const char* help;
-};
-// By ToolbarControlID.
-constexpr std::array<Words, kToolbarControls> kWords{{{"Copy", "Copy (⌘C)"},
-                                                      {"Edit", "Edit (⌘E)"},
-                                                      {"Share", "Share (⇧⌘S)"},
-                                                      {"View in Folder", "View in Folder (⌘O)"},
-                                                      {"Move to Trash", "Move to Trash (⌫)"},
-                                                      {"Close", "Close"}}};
 
 }  // namespace
 
-ToolbarRow::ToolbarRow(QWidget* parent, TooltipHost& tooltips, const Clock& clock, Callbacks callbacks)
+ToolbarRow::ToolbarRow(QWidget* parent, AppTooltipHostModifier& tooltips, const Clock& clock, Callbacks callbacks)
     : QWidget(parent),
       callbacks_(std::move(callbacks)),
-      copy_(this, "doc.on.doc", tooltips.scheduler(), clock),
-      annotate_(this, "highlighter", tooltips.scheduler(), clock),
-      share_(this, "square.and.arrow.up", tooltips.scheduler(), clock),
-      folder_(this, "folder", tooltips.scheduler(), clock),
-      trash_(this, "trash", tooltips.scheduler(), clock),
+      copy_(this, ToolbarControlID::copy, tooltips.scheduler(), clock),
+      annotate_(this, ToolbarControlID::annotate, tooltips.scheduler(), clock),
+      share_(this, ToolbarControlID::share, tooltips.scheduler(), clock),
+      folder_(this, ToolbarControlID::folder, tooltips.scheduler(), clock),
+      trash_(this, ToolbarControlID::trash, tooltips.scheduler(), clock),
       close_(this, tooltips.scheduler(), clock),
       tokens_(IslandThemeTokens::forAppearance(IslandAppearanceStyle::light, false)),
       metrics_(IslandLayoutMetrics::forSize(IslandSize::extraSmall)),
@@ -48,10 +34,7 @@ ToolbarRow::ToolbarRow(QWidget* parent, TooltipHost& tooltips, const Clock& cloc
       pillStrength_(tooltips.scheduler(), clock, 0, weak_.bind([](ToolbarRow& self) { self.updatePill(); })) {
   setCursor(Qt::OpenHandCursor);
   for (std::size_t index = 0; index < kToolbarControls; ++index) {
-    const QString help = localWording(QString::fromUtf8(kWords.at(index).help));
-    controls_.at(index)->setAccessibleName(QString::fromUtf8(kWords.at(index).name));
-    controls_.at(index)->setAccessibleDescription(help);
-    tooltips_.at(index).emplace(tooltips, *controls_.at(index), help);
+    tooltips_.at(index).emplace(tooltips, *controls_.at(index), controls_.at(index)->accessibleDescription());
   }
   connectControls();
   setHasSelectedItem(false);
@@ -67,8 +50,7 @@ void ToolbarRow::connectControls() {
     ToolbarControl& control = *controls_.at(index);
     QObject::connect(&control, &QAbstractButton::clicked, this,
                      weak_.bind([id](ToolbarRow& self, bool) { self.perform(id); }));
-    control.setCallbacks({.onPointerChanged = weak_.bind([](ToolbarRow& self) { self.movePill(); }),
-                          .onStep = weak_.bind([id](ToolbarRow& self, int step) { self.focusBeside(id, step); })});
+    control.setOnPointerChanged(weak_.bind([](ToolbarRow& self) { self.movePill(); }));
   }
 }
 
@@ -98,21 +80,12 @@ void ToolbarRow::setHasSelectedItem(bool hasSelectedItem) {
   }
 }
 
-// The actions stand together at the left end; the button that closes stands at the right one, never nearer to them than
-// two zones are.
 void ToolbarRow::layOut() {
-  const auto side = static_cast<int>(metrics_.toolbarControlSize);
-  const int top = (height() - side) / 2;
-  double left = metrics_.toolbarContentInset;
-  for (ToolbarControl* control : controls_) {
-    if (control != &close_) {
-      control->setGeometry(static_cast<int>(left), top, side, side);
-      left += metrics_.toolbarControlSize + metrics_.toolbarIconSpacing;
-    }
+  const auto places = toolbarLayout(metrics_, {static_cast<double>(width()), static_cast<double>(height())});
+  for (std::size_t index = 0; index < kToolbarControls; ++index) {
+    const auto& [corner, size] = places.at(index);
+    controls_.at(index)->setGeometry(QRectF(corner.x, corner.y, size.width, size.height).toRect());
   }
-  const double nearest = left - metrics_.toolbarIconSpacing + metrics_.toolbarZoneSpacing;
-  const double atEnd = width() - metrics_.toolbarContentInset - metrics_.toolbarControlSize;
-  close_.setGeometry(static_cast<int>(std::max(nearest, atEnd)), top, side, side);
   movePill();
 }
 
@@ -126,15 +99,15 @@ void ToolbarRow::movePill() {
   const auto active = std::ranges::find_if(
       controls_, [](const ToolbarControl* control) { return control->isActive() || control->isDown(); });
   const ToolbarControl* control = active != controls_.end() ? *active : nullptr;
-  const double strength = control == nullptr ? 0 : control->isDown() ? kPressedTint : kHoverTint;
+  const double strength = control != nullptr ? control->emphasis().tint : 0;
   if (!isVisible()) {
     pillStrength_.jumpTo(strength);
   } else if (control != nullptr && pillStrength_.value() > 0) {
-    pillX_.animateTo(control->x(), kSpring);
+    pillX_.animateTo(control->x(), IslandMotion::kSpring);
   } else if (control != nullptr) {
     pillX_.jumpTo(control->x());
   }
-  pillStrength_.animateTo(strength, kFade);
+  pillStrength_.animateTo(strength, IslandMotion::kEase);
 }
 
 QRectF ToolbarRow::pill() const {
@@ -157,18 +130,6 @@ void ToolbarRow::paintEvent(QPaintEvent* /*event*/) {
   const QRectF body = pillX_.isRunning() ? pill() : snappedToPixels(painter, pill());
   fillRounded(painter, body, body.height() / 2,
               toQColor(tokens_.toolbarInteractionTint.opacity(pillStrength_.value())));
-}
-
-// Only controls that are of use, and none beyond the ends.
-void ToolbarRow::focusBeside(ToolbarControlID control, int step) {
-  const auto count = static_cast<int>(kToolbarControls);
-  for (int index = static_cast<int>(control) + step; index >= 0 && index < count; index += step) {
-    ToolbarControl* next = controls_.at(static_cast<std::size_t>(index));
-    if (next->isEnabled()) {
-      next->setFocus(step > 0 ? Qt::TabFocusReason : Qt::BacktabFocusReason);
-      return;
-    }
-  }
 }
 
 void ToolbarRow::mousePressEvent(QMouseEvent* event) {

@@ -11,17 +11,14 @@
 #include "core/geometry/Geometry.h"
 #include "core/island/IslandLayoutMetrics.h"
 #include "core/island/IslandThemeTokens.h"
+#include "core/island/ToolbarControlID.h"
 
+#include "desktop/views/common/AppTooltipModifier.h"
 #include "desktop/views/common/Motion.h"
-#include "desktop/views/common/Tooltip.h"
-#include "desktop/views/island/CloseButton.h"
+#include "desktop/views/island/CloseToolbarButton.h"
 #include "desktop/views/island/ToolbarControl.h"
 
 namespace quenlio {
-
-// In the order that they stand in.
-enum class ToolbarControlID { copy, annotate, share, folder, trash, close };
-inline constexpr std::size_t kToolbarControls = 6;
 
 class ToolbarRow final : public QWidget {
  public:
@@ -36,7 +33,7 @@ class ToolbarRow final : public QWidget {
     std::function<void(Size translation, bool ended)> onWindowDrag;
   };
   // The host, its scheduler and the clock outlive the row.
-  ToolbarRow(QWidget* parent, TooltipHost& tooltips, const Clock& clock, Callbacks callbacks);
+  ToolbarRow(QWidget* parent, AppTooltipHostModifier& tooltips, const Clock& clock, Callbacks callbacks);
   ~ToolbarRow() override;
 
   void apply(const IslandThemeTokens& tokens, const IslandLayoutMetrics& metrics);
@@ -65,7 +62,6 @@ class ToolbarRow final : public QWidget {
   void movePill();
   [[nodiscard]] QRectF pill() const;
   void updatePill();
-  void focusBeside(ToolbarControlID control, int step);
   void endDrag();
 
   WeakOwner<ToolbarRow> weak_{this};
@@ -75,9 +71,9 @@ class ToolbarRow final : public QWidget {
   ToolbarControl share_;
   ToolbarControl folder_;
   ToolbarControl trash_;
-  CloseButton close_;
+  CloseToolbarButton close_;
   std::array<ToolbarControl*, kToolbarControls> controls_{&copy_, &annotate_, &share_, &folder_, &trash_, &close_};
-  std::array<std::optional<AppTooltip>, kToolbarControls> tooltips_;
+  std::array<std::optional<AppTooltipModifier>, kToolbarControls> tooltips_;
   IslandThemeTokens tokens_;
   IslandLayoutMetrics metrics_;
   Motion pillX_;         // its left edge

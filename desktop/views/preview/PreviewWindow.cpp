@@ -44,10 +44,9 @@ Point<Screen> middleOf(const Rect<Screen>& rect) {
 
 PreviewWindow::PreviewWindow(const Dependencies& dependencies, std::function<void()> onClose)
     : scheduler_(dependencies.scheduler),
-      intent_(dependencies.intent),
       appearance_(dependencies.appearance),
       // The island stays above it: who has the pointer there goes on choosing there, and sees what is chosen.
-      panel_(kAnywhere, dependencies.intent, dependencies.compositor, PanelLayer::amongOthers),
+      panel_(kAnywhere, intent_, dependencies.compositor, PanelLayer::amongOthers),
       pictures_(dependencies.scheduler, dependencies.pictures, weak_.bind([](PreviewWindow& self) { self.refresh(); })),
       screenChanges_(weak_.bind([](PreviewWindow& self) {
         self.choose();
@@ -78,6 +77,11 @@ void PreviewWindow::applyAppearance() {
   panel_.setSurface({.cornerRadius = preview::kCornerRadius, .tone = palette.tone, .shadow = shadow()});
 }
 
+void PreviewWindow::prepare(const FileURL& url) {
+  findRoom();
+  pictures_.want({url}, room_);
+}
+
 void PreviewWindow::show(std::vector<FileURL> files, std::size_t index) {
   const std::size_t next = std::min(index, files.size() - 1);
   movesBack_ = next < index_;
@@ -88,8 +92,6 @@ void PreviewWindow::show(std::vector<FileURL> files, std::size_t index) {
 }
 
 void PreviewWindow::makeKeyAndOrderFront() {
-  // Whoever opens a preview has just asked for it, by a key or a press.
-  intent_.note();
   wantsFront_ = true;
 }
 
@@ -225,6 +227,8 @@ void PreviewWindow::comeUp() {
     keyBefore_ = QApplication::activeWindow();
     panel_.setAlphaValue(0);
   }
+  // Whoever opens a preview has just asked for it, by a key or a press.
+  intent_.note();
   panel_.makeKeyAndOrderFront();
   panel_.makeContentViewFirstResponder();
 }

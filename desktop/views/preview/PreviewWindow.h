@@ -33,7 +33,6 @@ class PreviewWindow {
   // All outlive the window.
   struct Dependencies {
     Scheduler& scheduler;
-    UserIntent& intent;
     CompositorWatch& compositor;
     Appearance& appearance;
     PictureSource pictures;
@@ -44,6 +43,8 @@ class PreviewWindow {
   PreviewWindow& operator=(const PreviewWindow&) = delete;
   ~PreviewWindow();
 
+  // Begins this file's picture, which show() then finds begun or there.
+  void prepare(const FileURL& url);
   // At least one file; an index beyond them is the last one's.
   void show(std::vector<FileURL> files, std::size_t index);
   [[nodiscard]] std::size_t index() const { return index_; }
@@ -74,7 +75,7 @@ class PreviewWindow {
 
   WeakOwner<PreviewWindow> weak_{this};  // first: members are given callbacks while they are made
   Scheduler& scheduler_;
-  UserIntent& intent_;
+  UserIntent intent_;  // its own: that the preview may take the keyboard is no leave for the island to take it away
   Appearance& appearance_;
   QtPanel panel_;
   PreviewView* view_;  // the panel's

@@ -22,16 +22,34 @@ void QtPreviewPanel::setDataSource(const PreviewPanelDataSource& source) {
   source_ = &source;
 }
 
-void QtPreviewPanel::makeKeyAndOrderFront() {
+PreviewWindow& QtPreviewPanel::window() {
   if (window_ == nullptr) {
     window_ = std::make_shared<PreviewWindow>(dependencies_, weak_.bind([](QtPreviewPanel& self) { self.orderOut(); }));
   }
-  window_->makeKeyAndOrderFront();
+  return *window_;
+}
+
+void QtPreviewPanel::prepareItem(const FileURL& url) {
+  if (!isOrderedIn_) {
+    window().prepare(url);
+  }
+}
+
+void QtPreviewPanel::dropPreparedItem() {
+  if (!isOrderedIn_) {
+    window_.reset();
+  }
+}
+
+void QtPreviewPanel::makeKeyAndOrderFront() {
+  isOrderedIn_ = true;
+  window().makeKeyAndOrderFront();
   refresh_.markStale();
 }
 
 void QtPreviewPanel::orderOut() {
   chosen_.reset();
+  isOrderedIn_ = false;
   if (const auto window = std::exchange(window_, nullptr)) {
     window->orderOut();
     // Not here: it may be the window itself that has asked.
@@ -49,7 +67,7 @@ void QtPreviewPanel::reloadData() {
 }
 
 void QtPreviewPanel::refresh() {
-  if (window_ == nullptr || source_ == nullptr) {
+  if (!isOrderedIn_ || source_ == nullptr) {
     return;
   }
   std::vector<FileURL> files;

@@ -45,7 +45,6 @@ struct RealPreviews {
   MainQueue queue;
   QtPreviewPanel panel{
       {.scheduler = queue,
-       .intent = intent,
        .compositor = compositor,
        .appearance = appearance,
        .pictures = {.pointSize = [](const FileURL&) { return std::optional(QSizeF(400, 300)); },
@@ -141,6 +140,36 @@ TYPED_TEST(PreviewPanelContract, opensAgainAfterItWasClosed) {
   this->open(2);
   EXPECT_TRUE(this->panel().isVisible());
   EXPECT_TRUE(this->comesToShow(this->files[2]));
+}
+
+TYPED_TEST(PreviewPanelContract, whatIsPreparedIsNotSeenUntilItIsOpened) {
+  ASSERT_TRUE(this->panel().sharedPreviewPanel());
+  this->panel().prepareItem(this->files[1]);
+  EXPECT_FALSE(this->panel().isVisible());
+  EXPECT_TRUE(this->comesToShow(std::nullopt));
+  this->open(1);
+  EXPECT_TRUE(this->panel().isVisible());
+  EXPECT_TRUE(this->comesToShow(this->files[1]));
+}
+
+TYPED_TEST(PreviewPanelContract, whatWasDroppedOrIsNotWhatIsOpenedDoesNoHarm) {
+  ASSERT_TRUE(this->panel().sharedPreviewPanel());
+  this->panel().dropPreparedItem();
+  this->panel().prepareItem(this->files[1]);
+  this->panel().dropPreparedItem();
+  EXPECT_FALSE(this->panel().isVisible());
+  this->panel().prepareItem(this->files[1]);
+  this->open(2);
+  EXPECT_TRUE(this->comesToShow(this->files[2]));
+}
+
+TYPED_TEST(PreviewPanelContract, preparingChangesNothingWhileItIsShown) {
+  this->open(0);
+  ASSERT_TRUE(this->comesToShow(this->files[0]));
+  this->panel().prepareItem(this->files[2]);
+  this->panel().dropPreparedItem();
+  EXPECT_TRUE(this->panel().isVisible());
+  EXPECT_TRUE(this->comesToShow(this->files[0]));
 }
 
 // With the keyboard, a pointer and a window manager.

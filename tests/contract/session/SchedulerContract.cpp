@@ -1,4 +1,6 @@
 // What every scheduler does: tasks of the main thread, timers, and the way to other threads.
+#include <algorithm>
+#include <atomic>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <memory>
@@ -151,7 +153,8 @@ TYPED_TEST(SchedulerContract, aRepeatingTaskMayEndItself) {
 TYPED_TEST(SchedulerContract, aDetachedTaskRunsOnceAndPostsBackToTheMainThread) {
   const auto main = std::this_thread::get_id();
   std::vector<std::thread::id> threads;
-  for (const auto priority : {QualityOfService::userInitiated, QualityOfService::utility}) {
+  for (const auto priority :
+       {QualityOfService::userInitiated, QualityOfService::utility, QualityOfService::background}) {
     this->scheduler().detached(priority, [&] {
       this->scheduler().post([&] {
         this->order.push_back(1);
@@ -160,10 +163,27 @@ TYPED_TEST(SchedulerContract, aDetachedTaskRunsOnceAndPostsBackToTheMainThread) 
     });
   }
   EXPECT_TRUE(this->order.empty());
-  ASSERT_TRUE(this->waitForCount(2));
+  ASSERT_TRUE(this->waitForCount(3));
   ASSERT_TRUE(this->settle());
-  EXPECT_THAT(this->order, ElementsAre(1, 1));
-  EXPECT_THAT(threads, ElementsAre(main, main));
+  EXPECT_THAT(this->order, ElementsAre(1, 1, 1));
+  EXPECT_THAT(threads, ElementsAre(main, main, main));
+}
+
+TYPED_TEST(SchedulerContract, tasksAtBackgroundRunOneAfterTheOtherInTheirOrder) {
+  std::atomic<int> running = 0;
+  std::atomic<bool> haveMet = false;
+  this->scheduler().detached(QualityOfService::utility, [&, this] {
+    for (int i = 0; i < 100; ++i) {
+      this->scheduler().detached(QualityOfService::background, [&, this, i] {
+        haveMet = ++running > 1 || haveMet;
+        this->scheduler().post(this->noting(i));
+        --running;
+      });
+    }
+  });
+  ASSERT_TRUE(this->waitForCount(100));
+  EXPECT_TRUE(std::ranges::is_sorted(this->order));
+  EXPECT_FALSE(haveMet);
 }
 
 TYPED_TEST(SchedulerContract, aSerialQueueRunsBesideTheMainThreadAndPostsBackInItsOrder) {

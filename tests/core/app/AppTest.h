@@ -3,9 +3,11 @@
 
 #include <algorithm>
 #include <chrono>
+#include <functional>
 #include <gtest/gtest.h>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "core/base/Json.h"
@@ -76,12 +78,28 @@ class AppRig {
 
 class AppTest : public testing::Test, public AppRig {
  protected:
+  // Whether the call is made for the writing of a report.
+  static bool isOfAReport(const std::string& call) {
+    return call == "writeAtomically /run/state.json" || call == "createDirectory /run";
+  }
+  // A call, and how many tasks and timers waited on all queues when it was made.
+  using Step = std::pair<std::string, std::size_t>;
+  // What the application does in there, without the writing of reports.
+  std::vector<Step> stepsOf(const std::function<void()>& act) {
+    std::vector<Step> steps;
+    platform.log.whenAdded = [&](const std::string& call) {
+      if (!isOfAReport(call)) {
+        steps.emplace_back(call, platform.time.pending());
+      }
+    };
+    act();
+    platform.log.whenAdded = nullptr;
+    return steps;
+  }
   // The calls told since the last time, without those that write reports.
   Names calls() {
     Names told;
-    std::ranges::copy_if(platform.log.calls(), std::back_inserter(told), [](const std::string& call) {
-      return call != "writeAtomically /run/state.json" && call != "createDirectory /run";
-    });
+    std::ranges::remove_copy_if(platform.log.calls(), std::back_inserter(told), isOfAReport);
     platform.log.clear();
     return told;
   }

@@ -1,5 +1,8 @@
 // The launch: what is started, in which order, and that it is started once.
+#include <cmath>
+
 #include "tests/core/app/AppTest.h"
+#include "tests/harness/SchedulerRecorder.h"
 
 namespace quenlio {
 namespace {
@@ -29,30 +32,51 @@ TEST_F(Launch, takesItsStepsInTheirOrder) {
   platform.files.write("/run/ingest-screenshot-request.txt", "/shots/argument.png");
   platform.files.afterWriting = [this](const FileURL& file, std::string_view data) {
     if (file.path() == "/run/state.json") {
-      platform.log.add("state " + decodeState(data)->onboardingState.value_or("undecided"));
+      platform.log.add("state " + decodeState(data)->onboardingState.value_or("undecided") +
+                       (app && app->statusBarController() != nullptr ? ", with a status item" : ""));
     } else if (file.path() == "/run/events.jsonl") {
       platform.log.add("event " + platform.eventNames().back());
     }
   };
-  app = platform.makeApp();
-  platform.log.clear();
-  app->applicationDidFinishLaunching();
-  EXPECT_EQ(
-      calls(),
-      (Names{// The first half. The report of the first run comes once that is decided.
-             "setActivationPolicy accessory", "state undecided", "event app_launched", "track 0", "state completed",
-             // The second half: the first run again, then the seeds, for which the library is made.
-             "state completed", "createDirectory /home/user/support/Quenlio", "state completed",
-             "writeAtomically /home/user/support/Quenlio/pinned.json", "state completed",
-             "event release_test_seed_ingested_on_launch",
-             // The watcher, the argument, the hot key.
-             "FSEventStreamCreate /home/user/Desktop", "FSEventStreamSetDispatchQueue Quenlio.Watcher",
-             "FSEventStreamStart /home/user/Desktop", "event release_test_launch_ingest_requested",
-             "RegisterEventHotKey", "InstallEventHandler",
-             // Requests: the notification, the poll; then the whole state, and the request that waits.
-             "addObserver com.quenlio.release-test.ingest-screenshot", "event release_test_request_polling_started",
-             "state completed", "event release_test_request_check", "removeItem /run/ingest-screenshot-request.txt",
-             "event release_test_request_consumed"}));
+  SchedulerRecorder scheduler(platform.time);
+  scheduler.whenRepeating = [this](Seconds interval) {
+    platform.log.add("every " + std::to_string(std::lround(interval.count())) + " s");
+  };
+  app = platform.makeApp(scheduler);
+  // Which half makes the status item is told by the calls around it, and where work is left for later by how many tasks
+  // and timers waited on all queues when a call was made.
+  EXPECT_EQ(stepsOf([this] { app->applicationDidFinishLaunching(); }),
+            (std::vector<Step>{
+                // The first half. The report of the first run comes once that is decided.
+                {"setActivationPolicy accessory", 0},
+                {"state undecided", 0},
+                {"event app_launched", 0},
+                {"track 0", 0},
+                {"state completed", 0},
+                // The second half: the first run again, then the seeds, for which the library is made.
+                {"state completed, with a status item", 0},
+                {"createDirectory /home/user/support/Quenlio", 0},
+                {"state completed, with a status item", 0},
+                {"writeAtomically /home/user/support/Quenlio/pinned.json", 0},
+                {"state completed, with a status item", 1},  // the seed's thumbnail waits
+                {"event release_test_seed_ingested_on_launch", 1},
+                // The watcher: its stream, its poll, its first look. Then the argument, the upkeep, the hot key.
+                {"FSEventStreamCreate /home/user/Desktop", 1},
+                {"FSEventStreamSetDispatchQueue Quenlio.Watcher", 1},
+                {"FSEventStreamStart /home/user/Desktop", 1},
+                {"every 1 s", 1},
+                {"event release_test_launch_ingest_requested", 3},
+                {"every 30 s", 4},
+                {"RegisterEventHotKey", 5},
+                {"InstallEventHandler", 5},
+                // Requests: the notification, the poll; then the whole state, and the request that waits.
+                {"addObserver com.quenlio.release-test.ingest-screenshot", 5},
+                {"event release_test_request_polling_started", 6},
+                {"state completed, with a status item", 6},
+                {"event release_test_request_check", 6},
+                {"removeItem /run/ingest-screenshot-request.txt", 6},
+                {"event release_test_request_consumed", 6}}));
+  app.reset();  // its queues before the scheduler that gave them
 }
 
 TEST_F(Launch, theVersionAndTheTimeAreReportedBeforeTheLaunchIsAnnounced) {

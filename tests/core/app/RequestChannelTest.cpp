@@ -1,5 +1,6 @@
 // The ways in which a scripted run feeds the program.
 #include "tests/core/app/AppTest.h"
+#include "tests/harness/SchedulerRecorder.h"
 
 namespace quenlio {
 namespace {
@@ -194,6 +195,16 @@ TEST_F(RequestFile, isLookedForTwiceASecond) {
   EXPECT_EQ(platform.eventCount("release_test_request_tick"), 5);
   EXPECT_EQ(eventValues("release_test_request_check", "exists"), Names(6, "false"));
   EXPECT_EQ(eventValues("release_test_request_check", "path"), Names(6, kRequestFile));
+}
+
+TEST_F(RequestFile, isWaitedForOnAQueueThatAsksForNoPriority) {
+  SchedulerRecorder scheduler(platform.time);
+  app.reset();
+  app = platform.makeApp(scheduler);
+  EXPECT_EQ(scheduler.queueQualities, (std::map<std::string, QualityOfService>{
+                                          {"Quenlio.ReleaseTestDiagnostics", QualityOfService::unspecified},
+                                          {"Quenlio.ReleaseTestRequestPoll", QualityOfService::unspecified}}));
+  app.reset();  // its queues before the scheduler that gave them
 }
 
 TEST_F(RequestFile, withAPathTakesTheWholeWayOfAnArrival) {

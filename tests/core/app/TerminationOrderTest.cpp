@@ -1,28 +1,11 @@
 // The order of the end's steps. Timers make no calls: which of them still wait when a call is made tells where they end
 // between the calls.
-#include <gtest/gtest.h>
-#include <string>
-#include <utility>
-#include <vector>
-
 #include "tests/core/app/AppTest.h"
 
 namespace quenlio {
 namespace {
 
-class TerminationOrder : public AppTest {
- protected:
-  // A call, and how many tasks and timers waited on all queues when it was made.
-  using Step = std::pair<std::string, std::size_t>;
-
-  std::vector<Step> stepsOfTermination() {
-    std::vector<Step> steps;
-    platform.log.whenAdded = [&](const std::string& call) { steps.emplace_back(call, platform.time.pending()); };
-    app->applicationWillTerminate();
-    platform.log.whenAdded = nullptr;
-    return steps;
-  }
-};
+using TerminationOrder = AppTest;
 
 TEST_F(TerminationOrder, theWatcherStopsThenTheUpkeepEndsThenTheHotKeyGoesThenTheRequestsAreNoLongerHeard) {
   launch();
@@ -30,7 +13,7 @@ TEST_F(TerminationOrder, theWatcherStopsThenTheUpkeepEndsThenTheHotKeyGoesThenTh
   const std::size_t all = 3;
   const std::size_t requestsAlone = 1;
   ASSERT_EQ(platform.time.pending(), all);
-  EXPECT_EQ(stepsOfTermination(),
+  EXPECT_EQ(stepsOf([this] { app->applicationWillTerminate(); }),
             (std::vector<Step>{{"FSEventStreamStop /home/user/Desktop", all},
                                {"FSEventStreamInvalidate /home/user/Desktop", all},
                                {"FSEventStreamRelease /home/user/Desktop", all},

@@ -1,6 +1,7 @@
 // The two files of a scripted run: when they are written, what holds while they are, and that nothing happens when
 // diagnostics are off.
 #include <gtest/gtest.h>
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -11,6 +12,7 @@
 
 #include "tests/fakes/CallLog.h"
 #include "tests/fakes/FakeFileSystem.h"
+#include "tests/harness/SchedulerRecorder.h"
 #include "tests/harness/VirtualTime.h"
 
 namespace quenlio {
@@ -203,6 +205,14 @@ TEST_F(Diagnostics, thePersistedStateIsReadBackFromTheFile) {
   EXPECT_EQ(running.loadPersistedState(), std::nullopt);
   files.remove("/out/run/state.json");
   EXPECT_EQ(running.loadPersistedState(), std::nullopt);
+}
+
+TEST_F(Diagnostics, workOnAQueueOfTheirOwnThatAsksForNoPriority) {
+  SchedulerRecorder scheduler(time);
+  diagnostics.emplace(configuration, scheduler, time, files, files);
+  EXPECT_EQ(
+      scheduler.queueQualities,
+      (std::map<std::string, QualityOfService>{{"Quenlio.ReleaseTestDiagnostics", QualityOfService::unspecified}}));
 }
 
 TEST_F(Diagnostics, nothingIsLeftWaiting) {

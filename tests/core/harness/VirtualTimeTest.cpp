@@ -236,6 +236,23 @@ RC_GTEST_PROP(VirtualTimeProperty, noSeedChangesTheOrderWithinAQueueOrLosesATask
   }
 }
 
+TEST(VirtualTime, aSeedChangesTheOrderOfDetachedTasksButNotAtBackground) {
+  std::set<std::string> utilityOrders;
+  for (std::uint32_t seed = 0; seed < 50; ++seed) {
+    VirtualTime time(seed);
+    std::string utility;
+    std::string background;
+    for (const char name : {'a', 'b', 'c'}) {
+      time.detached(QualityOfService::utility, [&utility, name] { utility += name; });
+      time.detached(QualityOfService::background, [&background, name] { background += name; });
+    }
+    time.runReady();
+    EXPECT_EQ(background, "abc") << seed;
+    utilityOrders.insert(utility);
+  }
+  EXPECT_EQ(utilityOrders.size(), 6U);
+}
+
 RC_GTEST_PROP(VirtualTimeProperty, noSeedRunsALaterTaskBeforeAnEarlierOne,
               (std::uint32_t seed, const std::vector<std::uint8_t>& delays)) {
   VirtualTime time(seed);

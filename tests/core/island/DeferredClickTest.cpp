@@ -17,9 +17,16 @@ class DeferredClickTest : public testing::Test {
   }
 
   VirtualTime time_;
+  int begun_ = 0;    // since something may become a click
+  int dropped_ = 0;  // again
   int clicks_ = 0;
   int doubleClicks_ = 0;
-  DeferredClick click_{time_, time_, {.onClick = [this] { ++clicks_; }, .onDoubleClick = [this] { ++doubleClicks_; }}};
+  DeferredClick click_{time_,
+                       time_,
+                       {.onMayBecomeClick = [this] { ++begun_; },
+                        .onClick = [this] { ++clicks_; },
+                        .onNoClick = [this] { ++dropped_; },
+                        .onDoubleClick = [this] { ++doubleClicks_; }}};
 };
 
 TEST_F(DeferredClickTest, countsOnceTheTimeForASecondHasPassed) {
@@ -32,6 +39,34 @@ TEST_F(DeferredClickTest, countsOnceTheTimeForASecondHasPassed) {
   EXPECT_FALSE(click_.isWaiting());
   time_.advanceBy(Seconds(5));
   EXPECT_EQ(clicks_, 1);
+}
+
+TEST_F(DeferredClickTest, whatItLeadsToIsBegunAtTheReleaseAndNotAgain) {
+  click_.pressed(false);
+  EXPECT_EQ(begun_, 0);
+  click_.clicked(kDoubleClickTime);
+  EXPECT_EQ(begun_, 1);
+  time_.advanceBy(Seconds(5));
+  EXPECT_EQ(begun_, 1);
+  EXPECT_EQ(clicks_, 1);
+  EXPECT_EQ(dropped_, 0);
+}
+
+TEST_F(DeferredClickTest, whatWasBegunIsDroppedByWhateverElseComesOfIt) {
+  click();
+  click_.pressed(true);
+  EXPECT_EQ(dropped_, 1);
+  click_.clicked(kDoubleClickTime);
+  EXPECT_EQ(doubleClicks_, 1);
+  EXPECT_EQ(begun_, 1);
+  click();
+  click_.pressed(false);
+  EXPECT_EQ(dropped_, 2);
+  click_.clicked(kDoubleClickTime);
+  click_.cancel();
+  EXPECT_EQ(dropped_, 3);
+  click_.cancel();
+  EXPECT_EQ(dropped_, 3) << "there is nothing to be dropped any more";
 }
 
 // The desktop counts that time from press to press.

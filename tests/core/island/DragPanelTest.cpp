@@ -128,7 +128,7 @@ TEST_F(DragPanel, anEndOnAnotherScreenCountsForThatScreenAndALaterSizeChangeStay
   EXPECT_EQ(stored("2"), (DisplayPosition{1280, 42}));
   EXPECT_EQ(island->lastPresentedDisplayID(), 2U);
   settings.islandSize.set(IslandSize::small);
-  EXPECT_EQ(panel().frame(), IslandOverlayController::desiredFrame(platform.screens.list[1], IslandSize::small));
+  EXPECT_EQ(panel().frame(), IslandPlacement::desiredFrame(platform.screens.list[1], IslandSize::small));
 }
 
 TEST_F(DragPanel, theViewMovesThePanel) {

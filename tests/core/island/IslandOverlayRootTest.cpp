@@ -85,6 +85,19 @@ TEST_F(IslandRoot, otherModifiersMakeAPlainClick) {
   EXPECT_EQ(selected(), Names{"c.png"});
 }
 
+TEST_F(IslandRoot, aClickOnAnItemThatHasJustLeftSelectsNothing) {
+  ScreenshotItem left = item(1);
+  store.moveToTrash(left);
+  const Uuid primary = item(0).id;
+  root.select(item(0), 0);
+  for (const ModifierFlags flags : {ModifierFlags{0}, kModifierCommand, kModifierShift}) {
+    root.select(left, flags);
+    EXPECT_EQ(store.selectedItemID.get(), primary);
+    EXPECT_EQ(store.selectedItemIDs.get(), std::set<Uuid>{primary});
+    EXPECT_EQ(store.selectionAnchorID, primary);
+  }
+}
+
 TEST_F(IslandRoot, theToolbarActsOnTheSelection) {
   root.select(item(0), 0);
   root.select(item(1), kModifierCommand);

@@ -71,7 +71,7 @@ class IslandRig : public TestLibrary {
   [[nodiscard]] const IslandOverlayRootViewModel& view() const { return *platform.islandShell.view; }
   [[nodiscard]] const IslandOverlayPresentationState& state() const { return island->presentationState(); }
   [[nodiscard]] Rect<Screen> corner() const {
-    return IslandOverlayController::desiredFrame(platform.screens.list.front(), settings.islandSize.get());
+    return IslandPlacement::desiredFrame(platform.screens.list.front(), settings.islandSize.get());
   }
   void hover(bool isInside) const { view().onHoverChanged(isInside); }
   // The pointer rests in the middle of where the panel comes up.

@@ -1,65 +1,10 @@
 // The keys of the island, by both ways that lead to them.
-#include "core/island/IslandKeys.h"
+#include "tests/core/island/KeysTest.h"
 
-#include "tests/core/island/IslandTest.h"
+#include "core/island/IslandKeys.h"
 
 namespace quenlio {
 namespace {
-
-constexpr std::uint16_t kReturn = 36;
-constexpr std::uint16_t kEnter = 76;
-constexpr std::uint16_t kSpace = 49;
-constexpr std::uint16_t kEscape = 53;
-constexpr std::uint16_t kLeft = 123;
-constexpr std::uint16_t kRight = 124;
-constexpr std::uint16_t kBackspace = 51;
-constexpr std::uint16_t kForwardDelete = 117;
-constexpr ModifierFlags kFunction = 0x800000;
-constexpr ModifierFlags kCapsLock = 0x10000;
-constexpr ModifierFlags kNumericPad = 0x200000;
-
-class Keys : public IslandTest {
- protected:
-  // An island that is up, timed, with these screenshots, the last the newest and selected alone.
-  void openWith(std::initializer_list<std::string> names) {
-    settings.islandDurationMode.set(IslandDurationMode::timed);
-    settings.islandDurationSeconds.set(5);
-    open();
-    for (const std::string& name : names) {
-      platform.time.advanceBy(1s);
-      addItem(name);
-    }
-    platform.time.advanceBy(200ms);
-    island->show(std::nullopt);
-    platform.log.clear();
-  }
-  bool key(std::uint16_t code, ModifierFlags flags = 0) const {
-    return panel().handKeyDown({flags, code, std::nullopt});
-  }
-  bool letter(const std::string& characters, ModifierFlags flags) const {
-    return panel().handKeyDown({flags, 200, characters});
-  }
-  void selectAll() {
-    std::set<Uuid> ids;
-    for (const ScreenshotItem& item : store.items.get()) {
-      ids.insert(item.id);
-    }
-    store.selectedItemIDs.set(ids);
-  }
-  [[nodiscard]] std::string selectedName() const {
-    const ScreenshotItem* item = store.selectedItem();
-    return item != nullptr ? item->fileURL.lastPathComponent() : "";
-  }
-  [[nodiscard]] FileURL url(const std::string& name) const { return FileURL("/shots/" + name); }
-  // Whether the countdown begins anew with what act does.
-  template <class Act>
-  [[nodiscard]] bool restartsCountdown(Act act) {
-    platform.time.advanceBy(1s);
-    EXPECT_LT(state().dismissProgress.get(), 0.9);
-    act();
-    return state().dismissProgress.get() == 1.0;
-  }
-};
 
 TEST_F(Keys, returnAndEnterAskTheNameRowToRename) {
   openWith({"a.png"});
@@ -88,6 +33,22 @@ TEST_F(Keys, returnWithTwoSelectedOrNoneIsPassedOn) {
   EXPECT_EQ(state().renameRequestToken.get(), 0);
 }
 
+// The preview shows the newest then, and that is what can be handed out and looked at; a name and an editor are for
+// what has been chosen.
+TEST_F(Keys, withNothingSelectedTheNewestIsActedOnButNeitherRenamedNorEdited) {
+  openWith({"a.png", "b.png"});
+  store.toggleSelection(store.items.get().front());
+  ASSERT_TRUE(store.selectedItemIDs.get().empty());
+  EXPECT_FALSE(key(kReturn));
+  EXPECT_EQ(state().renameRequestToken.get(), 0);
+  EXPECT_FALSE(letter("e", kModifierCommand));
+  EXPECT_TRUE(platform.editors.opened.empty());
+  EXPECT_TRUE(letter("c", kModifierCommand));
+  ASSERT_TRUE(platform.pasteboard.contents);
+  EXPECT_TRUE(key(kSpace));
+  EXPECT_EQ(platform.previewPanel.shownFile(), url("b.png"));
+}
+
 TEST_F(Keys, spaceOpensThePreviewAndClosesItAgain) {
   openWith({"a.png", "b.png"});
   EXPECT_TRUE(key(kSpace));
@@ -103,6 +64,15 @@ TEST_F(Keys, spaceOpensThePreviewAndClosesItAgain) {
   EXPECT_EQ(platform.previewPanel.shownFile(), url("a.png"));
 }
 
+// As the user does who came by the hot key: the pointer is elsewhere all the time.
+TEST_F(Keys, spaceWithThePointerOutsideClosesThePreviewSoThatTheNextOpensIt) {
+  openWith({"a.png"});
+  for (const bool isOpen : {true, false, true}) {
+    EXPECT_TRUE(panel().pressKey({0, kSpace, std::nullopt}));
+    EXPECT_EQ(platform.previewPanel.isVisible(), isOpen);
+  }
+}
+
 TEST_F(Keys, spaceWithAnEmptyLibraryIsPassedOn) {
   openWith({});
   EXPECT_FALSE(key(kSpace));
@@ -114,6 +84,15 @@ TEST_F(Keys, aClickOnThePreviewOpensTheWindowOnAllScreenshots) {
   view().onOpenQuickLook(store.items.get().back());
   EXPECT_EQ(platform.previewPanel.files, (std::vector{url("b.png"), url("a.png")}));
   EXPECT_EQ(platform.previewPanel.shownFile(), url("a.png"));
+}
+
+TEST_F(Keys, aClickThatMayComeHasItsPictureBegunAndOneThatDoesNotHasItDropped) {
+  openWith({"a.png"});
+  view().onPrepareQuickLook(store.items.get().front());
+  EXPECT_EQ(platform.previewPanel.prepared, url("a.png"));
+  EXPECT_FALSE(platform.previewPanel.isVisible());
+  view().onDropPreparedQuickLook();
+  EXPECT_EQ(platform.previewPanel.prepared, std::nullopt);
 }
 
 TEST_F(Keys, commandCCopiesAndStartsTheCountdownAnew) {
@@ -272,15 +251,21 @@ TEST_F(Keys, shiftWithAnArrowExtendsAlsoWithTheFunctionBit) {
 }
 
 TEST_F(Keys, commandWithAnArrowDoesNothing) {
-  openWith({"a.png", "b.png"});
-  EXPECT_FALSE(key(kRight, kModifierCommand));
-  EXPECT_FALSE(key(kRight, kModifierCommand | kModifierShift));
+  openWith({"a.png", "b.png", "c.png"});
+  key(kRight);
+  for (const std::uint16_t arrow : {kLeft, kRight}) {
+    EXPECT_FALSE(key(arrow, kModifierCommand));
+    EXPECT_FALSE(key(arrow, kModifierCommand | kModifierShift));
+  }
   EXPECT_EQ(selectedName(), "b.png");
+  EXPECT_EQ(store.selectedItemIDs.get().size(), 1U);
 }
 
-TEST_F(Keys, anArrowAtTheEndIsPassedOnAndDoesNotHoldTheIslandUp) {
+TEST_F(Keys, anArrowAtEitherEndIsPassedOnAndDoesNotHoldTheIslandUp) {
   openWith({"a.png", "b.png"});
   EXPECT_FALSE(restartsCountdown([&] { EXPECT_FALSE(key(kLeft)); }));
+  key(kRight);
+  EXPECT_FALSE(restartsCountdown([&] { EXPECT_FALSE(key(kRight)); }));
 }
 
 TEST_F(Keys, thePreviewFollowsTheArrowsWhileItIsUp) {

@@ -19,26 +19,23 @@ TEST(DesiredFrame, isASquareTwelvePointsFromTheBottomRightOfTheVisibleFrame) {
   const ScreenInfo screen{{{0, 0}, {1280, 800}}, {{50, 30}, {1200, 700}}, 1};
   constexpr std::array sides{232.0, 266.0, 340.0, 420.0, 500.0};
   for (std::size_t i = 0; i < kSizes.size(); ++i) {
-    EXPECT_EQ(IslandOverlayController::desiredFrame(screen, kSizes.at(i)),
+    EXPECT_EQ(IslandPlacement::desiredFrame(screen, kSizes.at(i)),
               (Rect<Screen>{{1250 - sides.at(i) - 12, 42}, {sides.at(i), sides.at(i)}}));
   }
 }
 
 TEST(DesiredFrame, touchesBothSidesOfAVisibleFrameOfItsOwnWidth) {
-  const Rect<Screen> frame =
-      IslandOverlayController::desiredFrame(screenWith({{100, 0}, {232, 800}}), IslandSize::extraSmall);
+  const Rect<Screen> frame = IslandPlacement::desiredFrame(screenWith({{100, 0}, {232, 800}}), IslandSize::extraSmall);
   EXPECT_EQ(frame, (Rect<Screen>{{100, 12}, {232, 232}}));
 }
 
 TEST(DesiredFrame, givesUpItsMarginBeforeItLeavesTheVisibleFrame) {
-  const Rect<Screen> frame =
-      IslandOverlayController::desiredFrame(screenWith({{100, 0}, {240, 240}}), IslandSize::extraSmall);
+  const Rect<Screen> frame = IslandPlacement::desiredFrame(screenWith({{100, 0}, {240, 240}}), IslandSize::extraSmall);
   EXPECT_EQ(frame, (Rect<Screen>{{100, 8}, {232, 232}}));
 }
 
 TEST(DesiredFrame, inATooNarrowVisibleFrameKeepsItsRightEdgeInside) {
-  const Rect<Screen> frame =
-      IslandOverlayController::desiredFrame(screenWith({{100, 50}, {200, 100}}), IslandSize::extraSmall);
+  const Rect<Screen> frame = IslandPlacement::desiredFrame(screenWith({{100, 50}, {200, 100}}), IslandSize::extraSmall);
   EXPECT_EQ(frame.maxX(), 300);
   EXPECT_EQ(frame.minX(), 68);
   EXPECT_EQ(frame.maxY(), 150);
@@ -54,7 +51,7 @@ RC_GTEST_PROP(DesiredFrameProperty, liesInsideTheVisibleFrameOrAtLeastItsRightAn
       {static_cast<double>(*rc::gen::inRange(0, 3000)), static_cast<double>(*rc::gen::inRange(0, 3000))}};
   const IslandSize size = *rc::gen::elementOf(kSizes);
   const double side = IslandLayoutMetrics::panelSide(size);
-  const Rect<Screen> frame = IslandOverlayController::desiredFrame(screenWith(visible), size);
+  const Rect<Screen> frame = IslandPlacement::desiredFrame(screenWith(visible), size);
   RC_ASSERT(frame.size == (Size{side, side}));
   RC_ASSERT(frame.maxX() <= visible.maxX());
   RC_ASSERT(frame.maxY() <= visible.maxY());
@@ -68,7 +65,7 @@ RC_GTEST_PROP(DesiredFrameProperty, liesInsideTheVisibleFrameOrAtLeastItsRightAn
 class TargetScreen : public IslandTest {
  protected:
   [[nodiscard]] Rect<Screen> cornerOf(std::size_t screen) const {
-    return IslandOverlayController::desiredFrame(platform.screens.list.at(screen), settings.islandSize.get());
+    return IslandPlacement::desiredFrame(platform.screens.list.at(screen), settings.islandSize.get());
   }
   // Shows the panel and tells where it came up.
   Rect<Screen> shownAt(std::optional<DisplayID> preferred) {

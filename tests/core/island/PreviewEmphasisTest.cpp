@@ -24,5 +24,13 @@ TEST(PreviewEmphasis, goesFromOneToTheOtherInEachOfItsNumbers) {
   EXPECT_EQ(PreviewEmphasis::between(from, to, 0.5), (PreviewEmphasis{0.5, 2, 3.5, 5, 6.5, 8, 9.5}));
 }
 
+TEST(PreviewEmphasis, aHandThatHoldsHasACurveOfItsOwn) {
+  using Motion = std::variant<TimedCurve, Spring>;
+  const Motion holding = TimedCurve{{{0.22, 1, 0.36, 1}}, Seconds(0.12)};
+  EXPECT_EQ(PreviewEmphasis::motion(false, true), holding);
+  EXPECT_EQ(PreviewEmphasis::motion(true, false), holding);
+  EXPECT_EQ(PreviewEmphasis::motion(false, false), Motion(Spring::withResponse(Seconds(0.22), 0.84)));
+}
+
 }  // namespace
 }  // namespace quenlio

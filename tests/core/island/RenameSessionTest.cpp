@@ -21,8 +21,16 @@ ScreenshotItem itemAt(const std::string& path) {
   return item;
 }
 
+RenameSession::Selection selecting(const std::vector<ScreenshotItem>& items) {
+  return {.item = items.empty() ? nullptr : items.data(), .count = items.size()};
+}
+
 class RenameSessionTest : public testing::Test {
  protected:
+  bool begin(const std::vector<ScreenshotItem>& selected) { return session_.begin(selecting(selected)); }
+  bool selectionChanged(const std::vector<ScreenshotItem>& selected) {
+    return session_.selectionChanged(selecting(selected));
+  }
   using Asked = std::vector<std::pair<std::string, std::string>>;
   Asked asked_;  // the file's name, the new one
   bool answer_ = true;
@@ -34,67 +42,92 @@ class RenameSessionTest : public testing::Test {
 
 TEST_F(RenameSessionTest, beginsWithTheNameAndKeepsTheExtensionApart) {
   EXPECT_FALSE(session_.isEditing());
-  EXPECT_TRUE(session_.begin({itemAt("/shots/a.tar.png")}));
+  EXPECT_TRUE(begin({itemAt("/shots/a.tar.png")}));
   EXPECT_TRUE(session_.isEditing());
   EXPECT_EQ(session_.draftName(), "a.tar");
   EXPECT_EQ(session_.extension(), "png");
 }
 
 TEST_F(RenameSessionTest, aFileWithoutAnExtensionIsItsNameAlone) {
-  EXPECT_TRUE(session_.begin({itemAt("/shots/.hidden")}));
+  EXPECT_TRUE(begin({itemAt("/shots/.hidden")}));
   EXPECT_EQ(session_.draftName(), ".hidden");
   EXPECT_EQ(session_.extension(), "");
 }
 
 TEST_F(RenameSessionTest, beginsOnlyWithExactlyOneSelected) {
-  EXPECT_FALSE(session_.begin({}));
-  EXPECT_FALSE(session_.begin({itemAt("/shots/a.png"), itemAt("/shots/b.png")}));
+  EXPECT_FALSE(begin({}));
+  EXPECT_FALSE(begin({itemAt("/shots/a.png"), itemAt("/shots/b.png")}));
   EXPECT_FALSE(session_.isEditing());
+}
+
+// The preview still shows one then.
+TEST_F(RenameSessionTest, whatIsShownWithoutBeingSelectedIsNotRenamed) {
+  const ScreenshotItem item = itemAt("/shots/a.png");
+  EXPECT_FALSE(session_.begin({.item = &item, .count = 0}));
+  begin({item});
+  EXPECT_TRUE(session_.selectionChanged({.item = &item, .count = 0}));
+  EXPECT_FALSE(session_.isEditing());
+}
+
+TEST_F(RenameSessionTest, isOfferedForExactlyOneUntilItHasBegun) {
+  const ScreenshotItem item = itemAt("/shots/a.png");
+  EXPECT_FALSE(session_.isOffered({}));
+  EXPECT_FALSE(session_.isOffered({.item = &item, .count = 0}));
+  EXPECT_TRUE(session_.isOffered({.item = &item, .count = 1}));
+  EXPECT_FALSE(session_.isOffered({.item = &item, .count = 2}));
+  begin({item});
+  EXPECT_FALSE(session_.isOffered({.item = &item, .count = 1}));
+  session_.cancel();
+  EXPECT_TRUE(session_.isOffered({.item = &item, .count = 1}));
 }
 
 TEST_F(RenameSessionTest, askedAgainWhileItIsEditingKeepsTheDraft) {
   const ScreenshotItem item = itemAt("/shots/a.png");
-  session_.begin({item});
+  begin({item});
   session_.edit("half a na");
-  EXPECT_TRUE(session_.begin({item}));
+  EXPECT_TRUE(begin({item}));
   EXPECT_EQ(session_.draftName(), "half a na");
 }
 
 TEST_F(RenameSessionTest, aCommitRenamesAndEnds) {
-  session_.begin({itemAt("/shots/a.png")});
+  begin({itemAt("/shots/a.png")});
   session_.edit("b");
   EXPECT_TRUE(session_.commit());
   EXPECT_FALSE(session_.isEditing());
   EXPECT_EQ(asked_, (Asked{{"a.png", "b"}}));
 }
 
-TEST_F(RenameSessionTest, anUnchangedDraftEndsWithoutAnyWork) {
-  // Some of these would become another name by being cleaned like a typed one.
+// Also where its readable form is another one.
+TEST_F(RenameSessionTest, anUnchangedDraftIsTheNameItself) {
   for (const char* path : {"/shots/a.png", "/shots/ a .png", "/shots/a:b.png", "/shots/\xff.png", "/shots/a\nb.png"}) {
-    session_.begin({itemAt(path)});
+    asked_.clear();
+    const FileURL url(path);
+    begin({itemAt(path)});
     session_.edit("something else");
-    session_.edit(readable(FileURL(path).stem()));
+    session_.edit(readable(url.stem()));
     EXPECT_TRUE(session_.commit()) << path;
     EXPECT_FALSE(session_.isEditing());
+    EXPECT_EQ(asked_, (Asked{{url.lastPathComponent(), url.stem()}}));
   }
-  EXPECT_TRUE(asked_.empty());
 }
 
 TEST_F(RenameSessionTest, aBlankNameIsRefusedInPlace) {
+  answer_ = false;
   for (const char* draft : {"", " ", "\t\n", "\u00A0\u2003"}) {
-    session_.begin({itemAt("/shots/a.png")});
+    asked_.clear();
+    begin({itemAt("/shots/a.png")});
     session_.edit(draft);
     EXPECT_FALSE(session_.commit());
+    EXPECT_EQ(asked_, (Asked{{"a.png", draft}}));
     EXPECT_TRUE(session_.isEditing());
     EXPECT_EQ(session_.refusal(), "Enter a name");
     EXPECT_EQ(session_.draftName(), draft);
     session_.cancel();
   }
-  EXPECT_TRUE(asked_.empty());
 }
 
 TEST_F(RenameSessionTest, whatTheLibraryRefusesIsToldAndCanBeMended) {
-  session_.begin({itemAt("/shots/a.png")});
+  begin({itemAt("/shots/a.png")});
   session_.edit("b");
   answer_ = false;
   EXPECT_FALSE(session_.commit());
@@ -107,7 +140,7 @@ TEST_F(RenameSessionTest, whatTheLibraryRefusesIsToldAndCanBeMended) {
 }
 
 TEST_F(RenameSessionTest, aNameThatWasTooLongIsToldAsSuch) {
-  session_.begin({itemAt("/shots/a.png")});
+  begin({itemAt("/shots/a.png")});
   answer_ = false;
   session_.edit(std::string(252, 'x'));  // 256 with ".png"
   EXPECT_FALSE(session_.commit());
@@ -118,21 +151,22 @@ TEST_F(RenameSessionTest, aNameThatWasTooLongIsToldAsSuch) {
 }
 
 TEST_F(RenameSessionTest, aCancelChangesNothing) {
-  session_.begin({itemAt("/shots/a.png")});
+  begin({itemAt("/shots/a.png")});
   session_.edit("b");
   session_.cancel();
   EXPECT_FALSE(session_.isEditing());
   EXPECT_FALSE(session_.commit());
   EXPECT_TRUE(asked_.empty());
-  session_.begin({itemAt("/shots/a.png")});
+  begin({itemAt("/shots/a.png")});
   EXPECT_EQ(session_.draftName(), "a");
 }
 
 TEST_F(RenameSessionTest, aRefusalIsNotHeldAgainstTheNextItem) {
-  session_.begin({itemAt("/shots/a.png")});
+  answer_ = false;
+  begin({itemAt("/shots/a.png")});
   session_.edit("");
-  session_.commit();
-  session_.begin({itemAt("/shots/b.png")});
+  EXPECT_FALSE(session_.commit());
+  begin({itemAt("/shots/b.png")});
   EXPECT_EQ(session_.draftName(), "b");
   EXPECT_EQ(session_.refusal(), std::nullopt);
 }
@@ -141,37 +175,77 @@ TEST_F(RenameSessionTest, anotherSelectionEndsIt) {
   const ScreenshotItem item = itemAt("/shots/a.png");
   const ScreenshotItem other = itemAt("/shots/b.png");
   for (const auto& selection : {std::vector{other}, std::vector{item, other}, std::vector<ScreenshotItem>{}}) {
-    session_.begin({item});
+    begin({item});
     session_.edit("c");
-    EXPECT_TRUE(session_.selectionChanged(selection));
+    EXPECT_TRUE(selectionChanged(selection));
     EXPECT_FALSE(session_.isEditing());
   }
   EXPECT_TRUE(asked_.empty());
-  EXPECT_FALSE(session_.selectionChanged({other}));  // there was nothing to end
+  EXPECT_FALSE(selectionChanged({other}));  // there was nothing to end
+}
+
+// The newest is the one that is selected.
+TEST_F(RenameSessionTest, anArrivalThatTakesTheSelectionDoesNotEndIt) {
+  const ScreenshotItem item = itemAt("/shots/a.png");
+  std::vector<ScreenshotItem> library{item, itemAt("/shots/b.png")};
+  const auto select = [&](std::size_t index) {
+    return session_.selectionChanged({.item = &library.at(index), .count = 1, .library = library});
+  };
+  EXPECT_FALSE(select(0));
+  begin({item});
+  session_.edit("c");
+  for (const char* path : {"/shots/new.png", "/shots/newer.png"}) {
+    library.insert(library.begin(), itemAt(path));
+    EXPECT_FALSE(select(0));
+  }
+  EXPECT_EQ(session_.draftName(), "c");
+  EXPECT_TRUE(session_.commit());
+  EXPECT_EQ(asked_, (Asked{{"a.png", "c"}}));
+}
+
+TEST_F(RenameSessionTest, afterAnArrivalAChoiceOrTheItemsGoingEndsIt) {
+  const ScreenshotItem item = itemAt("/shots/a.png");
+  const ScreenshotItem other = itemAt("/shots/b.png");
+  const ScreenshotItem arrival = itemAt("/shots/c.png");
+  const auto select = [this](const ScreenshotItem& selected, const std::vector<ScreenshotItem>& library) {
+    return session_.selectionChanged({.item = &selected, .count = 1, .library = library});
+  };
+  ScreenshotItem renamed = item;
+  renamed.fileURL = FileURL("/shots/z.png");
+  const std::pair<ScreenshotItem, std::vector<ScreenshotItem>> ends[] = {
+      {other, {arrival, item, other}}, {arrival, {arrival, other}}, {arrival, {arrival, renamed, other}}};
+  for (const auto& [selected, library] : ends) {
+    EXPECT_FALSE(select(item, {item, other}));
+    begin({item});
+    EXPECT_FALSE(select(arrival, {arrival, item, other}));
+    EXPECT_TRUE(select(selected, library));
+    EXPECT_FALSE(session_.isEditing());
+  }
+  EXPECT_TRUE(asked_.empty());
 }
 
 TEST_F(RenameSessionTest, theSameItemWithANewThumbnailDoesNotEndIt) {
   ScreenshotItem item = itemAt("/shots/a.png");
-  session_.begin({item});
+  begin({item});
   session_.edit("b");
   item.fileSize = 17;
-  EXPECT_FALSE(session_.selectionChanged({item}));
+  EXPECT_FALSE(selectionChanged({item}));
   EXPECT_EQ(session_.draftName(), "b");
 }
 
 TEST_F(RenameSessionTest, theSameItemUnderAnotherNameEndsIt) {
   ScreenshotItem item = itemAt("/shots/a.png");
-  session_.begin({item});
+  begin({item});
   item.fileURL = FileURL("/shots/z.png");
-  EXPECT_TRUE(session_.selectionChanged({item}));
+  EXPECT_TRUE(selectionChanged({item}));
 }
 
 TEST_F(RenameSessionTest, aNameThatIsNoTextIsShownReadablyAndSurvives) {
-  session_.begin({itemAt("/shots/caf\xe9 \xf0\x9f\x93\xb7.p\xffg")});
+  begin({itemAt("/shots/caf\xe9 \xf0\x9f\x93\xb7.p\xffg")});
   EXPECT_EQ(session_.draftName(), "caf\uFFFD \U0001F4F7");
   EXPECT_EQ(session_.extension(), "p\uFFFDg");
   EXPECT_TRUE(session_.commit());
-  EXPECT_TRUE(asked_.empty());
+  EXPECT_EQ(asked_, (Asked{{"caf\xe9 \xf0\x9f\x93\xb7.p\xffg", "caf\xe9 \xf0\x9f\x93\xb7"}}));
 }
 
 class RenameInLibraryTest : public testing::Test {
@@ -180,6 +254,11 @@ class RenameInLibraryTest : public testing::Test {
     library_.platform.files.write("/shots/" + name);
     library_.store.ingestScreenshot(FileURL("/shots/" + name), std::nullopt);
   }
+  [[nodiscard]] RenameSession::Selection selection() const {
+    return {.item = library_.store.selectedItem(), .count = library_.store.selectedItemIDs.get().size()};
+  }
+  bool begin() { return session_.begin(selection()); }
+
   TestLibrary library_;
   RenameSession session_{[&store = library_.store](const ScreenshotItem& item, std::string_view newName) {
     return store.rename(item, newName);
@@ -188,27 +267,47 @@ class RenameInLibraryTest : public testing::Test {
 
 TEST_F(RenameInLibraryTest, theFileGetsTheNameThatWasTyped) {
   addItem("a.png");
-  session_.begin(library_.store.selectedItems());
+  begin();
   session_.edit(" b/c ");
   EXPECT_TRUE(session_.commit());
   EXPECT_EQ(library_.store.selectedItem()->fileURL, FileURL("/shots/b-c.png"));
-  EXPECT_FALSE(session_.selectionChanged(library_.store.selectedItems()));
+  EXPECT_FALSE(session_.selectionChanged(selection()));
+}
+
+TEST_F(RenameInLibraryTest, anUnchangedDraftMovesNoFileWhateverBytesItsNameIsMadeOf) {
+  for (const char* name : {"a.png", "caf\xe9.png", "a\nb.png", ".hidden.png", "a.b.png"}) {
+    addItem(name);
+    library_.platform.log.clear();
+    EXPECT_TRUE(begin());
+    EXPECT_TRUE(session_.commit()) << name;
+    EXPECT_TRUE(library_.platform.log.calls().empty());
+    EXPECT_EQ(library_.store.selectedItem()->fileURL, FileURL(std::string("/shots/") + name));
+  }
+}
+
+TEST_F(RenameInLibraryTest, aBlankDraftChangesNothing) {
+  addItem("a.png");
+  begin();
+  session_.edit("  ");
+  EXPECT_FALSE(session_.commit());
+  EXPECT_EQ(session_.refusal(), "Enter a name");
+  EXPECT_EQ(library_.store.selectedItem()->fileURL, FileURL("/shots/a.png"));
 }
 
 TEST_F(RenameInLibraryTest, anItemThatIsGoneIsRefused) {
   addItem("a.png");
-  session_.begin(library_.store.selectedItems());
+  begin();
   session_.edit("b");
   library_.platform.files.remove("/shots/a.png");
   library_.store.removeMissingFiles();
   EXPECT_FALSE(session_.commit());
   EXPECT_EQ(session_.refusal(), "The file could not be renamed");
-  EXPECT_TRUE(session_.selectionChanged(library_.store.selectedItems()));
+  EXPECT_TRUE(session_.selectionChanged(selection()));
 }
 
 TEST_F(RenameInLibraryTest, aChangedDraftOfANameThatIsNoTextIsText) {
   addItem("caf\xe9.png");
-  session_.begin(library_.store.selectedItems());
+  begin();
   session_.edit("caf\u00e9");
   EXPECT_TRUE(session_.commit());
   EXPECT_EQ(library_.store.selectedItem()->fileURL, FileURL("/shots/caf\u00e9.png"));

@@ -39,7 +39,7 @@ TEST_F(SettingsReaction, aNewSizeLaysAVisiblePanelAnewInItsCornerWithoutAnimatio
   for (const IslandSize size :
        {IslandSize::small, IslandSize::medium, IslandSize::large, IslandSize::xLarge, IslandSize::extraSmall}) {
     settings.islandSize.set(size);
-    const Rect<Screen> frame = IslandOverlayController::desiredFrame(platform.screens.list[0], size);
+    const Rect<Screen> frame = IslandPlacement::desiredFrame(platform.screens.list[0], size);
     EXPECT_EQ(panel().frame(), frame);
     EXPECT_EQ(frame.size.width, IslandLayoutMetrics::panelSide(size));
   }
@@ -66,7 +66,7 @@ TEST_F(SettingsReaction, aNewSizeLeavesAHiddenPanelAloneAndHoldsAtTheNextShow) {
   EXPECT_EQ(platform.log.calls(), Calls{});
   island->show(1);
   platform.time.advanceBy(200ms);
-  EXPECT_EQ(panel().frame(), IslandOverlayController::desiredFrame(platform.screens.list[0], IslandSize::medium));
+  EXPECT_EQ(panel().frame(), IslandPlacement::desiredFrame(platform.screens.list[0], IslandSize::medium));
 }
 
 TEST_F(SettingsReaction, aNewSizeDoesNotTouchTheCountdown) {

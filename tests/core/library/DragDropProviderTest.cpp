@@ -125,6 +125,16 @@ TEST_F(DragOut, anEventOfAWindowWithoutContentIsNoPlaceToStartFrom) {
   platform.windows.list[1].hasContentView = false;
   ASSERT_TRUE(dragDrop.beginDraggingSession(items(1), {}));
   EXPECT_EQ(request().window, 1U);
+  // The event is what it is; the pictures lie around the pointer in the window that the drag starts from.
+  EXPECT_EQ(request().event, *platform.windows.event);
+  EXPECT_EQ(request().location, (Point<WindowContent>{100, 100}));
+  EXPECT_EQ(request().items.front().frame, (Rect<WindowContent>{{68, 68}, {64, 64}}));
+}
+
+TEST_F(DragOut, doesNotBeginInAWindowWithoutContent) {
+  platform.windows.list[0].hasContentView = false;
+  platform.windows.list[1].isKeyWindow = true;
+  EXPECT_FALSE(dragDrop.beginDraggingSession(items(1), {}));
 }
 
 TEST_F(DragOut, tellsOfItsEndOnceAndOnTheMainQueue) {

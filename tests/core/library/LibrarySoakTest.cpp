@@ -29,6 +29,7 @@ class LibrarySoakTest : public testing::TestWithParam<std::uint32_t> {
        .clock = platform.time,
        .captures = FileURL("/shots"),
        .write = [this](const std::string& path, const std::string& bytes) { platform.files.write(path, bytes); },
+       .remove = [this](const std::string& path) { platform.files.remove(path); },
        .read = [this](const std::string& path) { return platform.files.content(path); },
        .trashed = [this] { return trashed(); }},
       GetParam()};
@@ -44,6 +45,7 @@ TEST_P(LibrarySoakTest, losesNoFileAndListsNoneThatIsNotThere) {
   EXPECT_GT(soak.day().deleted, 200);
   EXPECT_GT(soak.day().undone, 100);
   EXPECT_GT(soak.day().renamed, 100);
+  EXPECT_GT(soak.day().vanished, 20U);
   EXPECT_GT(soak.day().foreign, 20U);
   EXPECT_GT(soak.day().failed, 0U);
 }

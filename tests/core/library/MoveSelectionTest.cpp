@@ -34,6 +34,23 @@ TEST_F(MoveSelection, aStepSelectsTheNeighbourAloneAndMakesItTheAnchor) {
   EXPECT_EQ(selection(), "1 | 1 | 1");
 }
 
+TEST_F(MoveSelection, theAnchorIsThereWhenAllThatAreSelectedAreAnnounced) {
+  selectIndex(2);
+  std::vector<std::optional<Uuid>> anchors;
+  const Subscription observer =
+      store->selectedItemIDs.subscribe([&](const std::set<Uuid>&) { anchors.push_back(store->selectionAnchorID); });
+  anchors.clear();
+  EXPECT_TRUE(step(1));
+  ASSERT_FALSE(anchors.empty());
+  EXPECT_EQ(anchors.front(), store->items.get()[3].id);
+  // Nor is it any other way for a range that has nowhere to begin.
+  store->selectionAnchorID = Uuid::random();
+  anchors.clear();
+  store->selectRange(store->items.get()[5], false);
+  ASSERT_FALSE(anchors.empty());
+  EXPECT_EQ(anchors.front(), store->items.get()[5].id);
+}
+
 TEST_F(MoveSelection, anEmptyListHasNoStep) {
   open();
   for (const bool extends : {false, true}) {

@@ -50,6 +50,35 @@ TEST_F(QuickLook, doesNotOpenWithoutAnyFileOrWithoutAPanel) {
   EXPECT_FALSE(platform.previewPanel.isVisible());
 }
 
+TEST_F(QuickLook, aFileThatMayBeOpenedIsPreparedAndIsOpenedAsAnyOther) {
+  quickLook.prepare(b);
+  EXPECT_EQ(platform.previewPanel.prepared, b);
+  EXPECT_FALSE(platform.previewPanel.isVisible());
+  quickLook.preview(b, urls);
+  EXPECT_EQ(platform.previewPanel.shownFile(), b);
+  EXPECT_EQ(platform.previewPanel.prepared, std::nullopt);
+}
+
+TEST_F(QuickLook, whatIsNotOpenedAfterAllIsDropped) {
+  quickLook.prepare(b);
+  quickLook.dropPrepared();
+  EXPECT_EQ(platform.previewPanel.prepared, std::nullopt);
+  quickLook.prepare(b);
+  for (const FileURL& url : urls) {
+    platform.files.remove(url.path());
+  }
+  quickLook.preview(b, urls);
+  EXPECT_EQ(platform.previewPanel.prepared, std::nullopt) << "nothing was left to be opened";
+}
+
+TEST_F(QuickLook, preparesNothingWithoutTheFileOrWithoutAPanel) {
+  quickLook.prepare(FileURL("/gone.png"));
+  platform.previewPanel.canExist = false;
+  quickLook.prepare(a);
+  quickLook.dropPrepared();
+  EXPECT_EQ(platform.log.calls(), Calls{});
+}
+
 TEST_F(QuickLook, followsTheSelectionWithoutComingForward) {
   quickLook.preview(a, urls);
   platform.log.clear();

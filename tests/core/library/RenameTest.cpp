@@ -118,6 +118,23 @@ TEST_F(Rename, anItemWhoseOwnNumberIsTheFirstFreeOneStaysByTheNextOne) {
   EXPECT_EQ(names(), (Names{"b 3.png", "b.png"}));
 }
 
+TEST_F(Rename, toTheNameOfAFileThatHasVanishedTakesThePlaceOfItsItem) {
+  platform.files.remove("/shots/b.png");
+  const Uuid id = item("a.png").id;
+  store->selectRange(item("b.png"), false);
+  EXPECT_EQ(selection(), "b | a b | a");
+  EXPECT_TRUE(rename("a.png", "b"));
+  EXPECT_EQ(names(), Names{"b.png"});
+  EXPECT_EQ(item("b.png").id, id);
+  EXPECT_EQ(selection(), "b | b | b");
+}
+
+TEST_F(Rename, toTheNameOfALinkThatLeadsNowhereGetsANumber) {
+  platform.files.makeDanglingLink("/shots/c.png");
+  EXPECT_TRUE(rename("a.png", "c"));
+  EXPECT_EQ(names(), (Names{"c 2.png", "b.png"}));
+}
+
 TEST_F(Rename, aFileWithoutAnExtensionGetsTheBareName) {
   addWithoutExtension("bare");
   file("taken");

@@ -20,13 +20,17 @@ struct Selected {
 
 class Player {
  public:
-  Player() { rig_.open(); }
+  Player() {
+    rig_.pin({"1.png", "4.png", "7.png"});
+    rig_.settings.maxHistory.set(6);
+    rig_.open();
+  }
 
   // Does something, and holds the outcome against what should come of it.
   void play() {
     const Selected before = selected();
     const bool isEmpty = items().empty();
-    switch (*rc::gen::inRange(0, isEmpty ? 3 : 12)) {
+    switch (*rc::gen::inRange(0, isEmpty ? 3 : 13)) {
       case 0:
         return arrive();
       case 1:
@@ -45,6 +49,8 @@ class Player {
         return toggle(before, anyIndex());
       case 10:
         return leave(before);
+      case 11:
+        return limit(before);
       default:
         return rename(before, anyIndex());
     }
@@ -102,18 +108,29 @@ class Player {
   }
 
   void arrive() {
-    rig_.settings.maxHistory.set(6);
     rig_.store->ingestScreenshot(rig_.file(std::to_string(arrived_ % 9) + ".png", *rc::gen::inRange(0, 20)),
                                  std::nullopt);
     ++arrived_;
-    const Uuid id = rig_.store->selectedItemID.get().value();
-    RC_ASSERT(selected() == (Selected{id, {id}, id}));
+    expectSelectedAlone();
   }
 
   void undo(const Selected& before) {
-    const bool isDone = rig_.store->undoLastDeletion();
-    const auto& id = rig_.store->selectedItemID.get();
-    RC_ASSERT(selected() == (isDone ? Selected{id, {id.value()}, id} : before));
+    if (rig_.store->undoLastDeletion()) {
+      expectSelectedAlone();
+    } else {
+      RC_ASSERT(selected() == before);
+    }
+  }
+
+  // The item that has just come in, or nothing when the pinned ones had left no room for it.
+  void expectSelectedAlone() const {
+    if (const auto& id = rig_.store->selectedItemID.get()) {
+      RC_ASSERT(selected() == (Selected{id, {*id}, id}));
+    } else {
+      RC_ASSERT(selected() == Selected{});
+      RC_ASSERT(std::ranges::all_of(items(), &ScreenshotItem::isPinned));
+      RC_ASSERT(items().size() >= static_cast<std::size_t>(std::max<std::int64_t>(limit_, 1)));
+    }
   }
 
   void move(const Selected& before) {
@@ -187,6 +204,24 @@ class Player {
         break;
     }
     RC_ASSERT(items().size() == count - gone.size());
+    expectLeft(before, gone);
+  }
+
+  // Another limit of the list, which the pinned items may exceed. What goes now is what the limit of before leaves out.
+  void limit(const Selected& before) {
+    std::set<Uuid> gone;
+    for (const ScreenshotItem& item : items()) {
+      gone.insert(item.id);
+    }
+    limit_ = *rc::gen::inRange<std::int64_t>(0, 9);
+    rig_.settings.maxHistory.set(limit_);
+    for (const ScreenshotItem& item : items()) {
+      gone.erase(item.id);
+    }
+    expectLeft(before, gone);
+  }
+
+  void expectLeft(const Selected& before, const std::set<Uuid>& gone) const {
     const auto isGone = [&](const std::optional<Uuid>& id) { return id && gone.contains(*id); };
     Selected expected = before;
     std::erase_if(expected.all, isGone);
@@ -210,6 +245,7 @@ class Player {
   }
 
   LibraryRig rig_;
+  std::int64_t limit_ = 6;
   int arrived_ = 0;
 };
 

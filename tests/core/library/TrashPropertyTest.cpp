@@ -1,8 +1,10 @@
 // What holds of deleted and renamed files whatever happens: none is lost, and undo reaches back as far as is told.
 #include <algorithm>
 #include <gtest/gtest.h>
+#include <map>
 #include <rapidcheck.h>
 #include <rapidcheck/gtest.h>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -26,7 +28,7 @@ class Deletions {
   }
 
   void play() {
-    const auto dice = *rc::gen::inRange(0, 20);
+    const auto dice = *rc::gen::inRange(0, 24);
     if (dice < 8 || items().empty()) {
       return dice < 3 ? undo() : arrive();
     }
@@ -39,7 +41,10 @@ class Deletions {
     if (dice < 17) {
       return rename(*rc::gen::inRange<std::size_t>(0, items().size()));
     }
-    return dice < 18 ? emptyTrashOfOne() : undo();
+    if (dice < 20) {
+      return dice < 18 ? emptyTrashOfOne() : undo();
+    }
+    return dice < 23 ? vanish(*rc::gen::inRange<std::size_t>(0, items().size())) : removeMissing();
   }
 
   void undoAll() {
@@ -58,14 +63,22 @@ class Deletions {
       outside += known.isInTrash ? 0 : 1;
       RC_ASSERT(known.isInTrash == known.path.starts_with(FakeFileSystem::kTrash));
     }
-    RC_ASSERT(items().size() == outside);
+    std::set<FileURL> listed;
     for (const ScreenshotItem& item : items()) {
-      RC_ASSERT(rig_.platform.files.fileExistsAtPath(item.fileURL));
+      outside += isThere(item) ? 0 : 1;
+      RC_ASSERT(listed.insert(item.fileURL).second);
+    }
+    RC_ASSERT(items().size() == outside);
+    for (const auto& [path, content] : strangers_) {
+      RC_ASSERT(rig_.platform.files.content(path) == content);
     }
   }
 
  private:
   [[nodiscard]] const std::vector<ScreenshotItem>& items() const { return rig_.store->items.get(); }
+  [[nodiscard]] bool isThere(const ScreenshotItem& item) const {
+    return rig_.platform.files.fileExistsAtPath(item.fileURL);
+  }
   KnownFile& at(const std::string& path) {
     const auto found = std::ranges::find(files_, path, &KnownFile::path);
     RC_ASSERT(found != files_.end());
@@ -81,6 +94,17 @@ class Deletions {
     files_.push_back({.content = "content of file " + std::to_string(++arrived_), .path = path});
     rig_.platform.files.write(path, files_.back().content);
     rig_.store->ingestScreenshot(FileURL(path), std::nullopt);
+  }
+
+  // The user deletes the file for good, outside of the library.
+  void vanish(std::size_t index) {
+    const std::string path = items()[index].fileURL.path();
+    rig_.platform.files.remove(path);
+    std::erase_if(files_, [&](const KnownFile& known) { return known.path == path; });
+  }
+  void removeMissing() {
+    rig_.store->removeMissingFiles();
+    RC_ASSERT(std::ranges::all_of(items(), [&](const ScreenshotItem& item) { return isThere(item); }));
   }
 
   // What the model expects of a deletion that has just been done: the record, and where the file is.
@@ -103,13 +127,17 @@ class Deletions {
   }
 
   void trash(std::size_t index) {
-    const std::string path = items()[index].fileURL.path();
-    rig_.store->moveToTrash(items()[index]);
-    expectDeleted(path);
+    const ScreenshotItem item = items()[index];
+    const bool isDeleted = isThere(item);
+    rig_.store->moveToTrash(item);
+    if (isDeleted) {
+      expectDeleted(item.fileURL.path());
+    }
   }
 
   void trashSelected() {
-    const std::vector<ScreenshotItem> selected = rig_.store->selectedItems();
+    std::vector<ScreenshotItem> selected = rig_.store->selectedItems();
+    std::erase_if(selected, [&](const ScreenshotItem& item) { return !isThere(item); });
     rig_.store->moveSelectedToTrash();
     for (const ScreenshotItem& item : selected) {
       expectDeleted(item.fileURL.path());
@@ -118,18 +146,30 @@ class Deletions {
 
   void rename(std::size_t index) {
     const ScreenshotItem before = items()[index];
+    const std::string name = std::to_string(*rc::gen::inRange(0, 6));
+    if (!isThere(before)) {
+      (void)rig_.store->rename(before, name);
+      RC_ASSERT(items()[index] == before);
+      return;
+    }
     KnownFile& known = at(before.fileURL.path());
-    RC_ASSERT(rig_.store->rename(before, std::to_string(*rc::gen::inRange(0, 6))));
-    known.path = items()[index].fileURL.path();
-    RC_ASSERT(items()[index].id == before.id);
+    RC_ASSERT(rig_.store->rename(before, name));
+    const auto renamed = std::ranges::find(items(), before.id, &ScreenshotItem::id);
+    RC_ASSERT(renamed != items().end());
+    known.path = renamed->fileURL.path();
   }
 
-  // The user takes the file that was deleted last out of the trash for good.
+  // The user takes the file that was deleted last out of the trash for good, and another may get its name there.
   void emptyTrashOfOne() {
     const auto isLast = [&](const KnownFile& known) { return known.content == stack_.back().content; };
     if (!stack_.empty() && std::ranges::any_of(files_, isLast)) {
-      rig_.platform.files.remove(placeInTrash(stack_.back().content));
+      const std::string place = placeInTrash(stack_.back().content);
+      rig_.platform.files.remove(place);
       std::erase_if(files_, isLast);
+      if (*rc::gen::arbitrary<bool>()) {
+        strangers_[place] = "somebody else's";
+        rig_.platform.files.write(place, strangers_[place]);
+      }
     }
   }
 
@@ -164,7 +204,8 @@ class Deletions {
   LibraryRig rig_;
   std::vector<KnownFile> files_;
   int arrived_ = 0;
-  std::vector<Deletion> stack_;  // oldest first
+  std::vector<Deletion> stack_;                   // oldest first
+  std::map<std::string, std::string> strangers_;  // what others have put into the trash, by path
 };
 
 RC_GTEST_PROP(TrashProperty, noFileIsLostAndUndoGoesBackThroughTheDeletionsOneByOne, ()) {

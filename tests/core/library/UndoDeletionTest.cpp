@@ -133,6 +133,27 @@ TEST_F(UndoDeletion, ofAFileThatHasLeftTheTrashIsUsedUpWithoutAWord) {
   EXPECT_FALSE(store->undoLastDeletion());
 }
 
+TEST_F(UndoDeletion, leavesAnotherFileThatHasTakenItsPlaceInTheTrash) {
+  addAndTrash("a.png", 1);
+  addAndTrash("b.png", 2);
+  emptyTrash("b.png");
+  platform.files.write("/home/user/trash/b.png", "somebody else's");
+  const Announcements announcements(*store);
+  EXPECT_FALSE(store->undoLastDeletion());
+  EXPECT_EQ(announcements.list, Names{});
+  EXPECT_EQ(platform.files.content("/home/user/trash/b.png"), "somebody else's");
+  EXPECT_FALSE(platform.files.fileExistsAtPath(FileURL("/shots/b.png")));
+  EXPECT_TRUE(store->undoLastDeletion());
+  EXPECT_EQ(names(), Names{"a.png"});
+}
+
+TEST_F(UndoDeletion, findsAnotherNameWhenALinkThatLeadsNowhereHasItsOwn) {
+  addAndTrash("Shot.png");
+  platform.files.makeDanglingLink("/shots/Shot.png");
+  EXPECT_TRUE(store->undoLastDeletion());
+  EXPECT_EQ(names(), Names{"Shot (Restored 1).png"});
+}
+
 TEST_F(UndoDeletion, findsAnotherNameWhenItsOwnIsTaken) {
   addAndTrash("Shot.png");
   platform.files.write("/shots/Shot.png", "a newer one");
@@ -213,13 +234,38 @@ TEST_F(UndoDeletion, isWithinTheLimitOfTheList) {
   EXPECT_EQ(names(), (Names{"c.png", "a.png"}));
 }
 
-TEST_F(UndoDeletion, makesNoNewThumbnail) {
-  addAndTrash("a.png");
+TEST_F(UndoDeletion, anOlderItemThanTheListHasRoomForIsRestoredAndForgottenAtOnce) {
+  pin({"p.png", "q.png"});
+  settings.maxHistory.set(2);
+  open();
+  addAndTrash("a.png", 1);
+  add("p.png", 2);
+  add("q.png", 3);
+  EXPECT_TRUE(store->undoLastDeletion());
+  EXPECT_EQ(names(), (Names{"q.png", "p.png"}));
+  EXPECT_EQ(selection(), "- | - | -");
+  EXPECT_EQ(platform.files.content("/shots/a.png"), "content");
+  EXPECT_EQ(platform.analytics.count(AnalyticsEventName::screenshotRestored), 1);
+  EXPECT_FALSE(store->undoLastDeletion());
+}
+
+TEST_F(UndoDeletion, makesNoThumbnailWhereThereIsOne) {
+  add("a.png");
   platform.time.runReady();
+  store->moveToTrash(item("a.png"));
   const auto rendered = platform.thumbnails.rendered;
   ASSERT_TRUE(store->undoLastDeletion());
   platform.time.runReady();
   EXPECT_EQ(platform.thumbnails.rendered, rendered);
+}
+
+TEST_F(UndoDeletion, makesTheThumbnailThatAnItemWasDeletedTooSoonFor) {
+  addAndTrash("a.png");
+  platform.time.runReady();
+  ASSERT_TRUE(store->undoLastDeletion());
+  EXPECT_EQ(item("a.png").thumbnail, nullptr);
+  platform.time.runReady();
+  EXPECT_NE(item("a.png").thumbnail, nullptr);
 }
 
 TEST_F(UndoDeletion, doesNotOutliveTheRun) {

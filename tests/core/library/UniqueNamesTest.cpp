@@ -31,6 +31,13 @@ TEST_F(UniqueNames, aFreeNameIsTakenAsItIs) {
   EXPECT_EQ(rename("a.png"), FileURL("/shots/a.png"));
 }
 
+TEST_F(UniqueNames, aLinkThatLeadsNowhereHasItsName) {
+  platform.files.makeDanglingLink("/shots/a.png");
+  platform.files.makeDanglingLink("/shots/a 2.png");
+  EXPECT_EQ(restore("a.png"), FileURL("/shots/a (Restored 1).png"));
+  EXPECT_EQ(rename("a.png"), FileURL("/shots/a 3.png"));
+}
+
 TEST_F(UniqueNames, theFirstFreeNumberWins) {
   write("a.png");
   EXPECT_EQ(restore("a.png"), FileURL("/shots/a (Restored 1).png"));

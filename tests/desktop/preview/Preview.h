@@ -44,14 +44,10 @@ class Preview final : private PreviewPanelDataSource {
   FakePictures files;
   std::vector<FileURL> list;
   HeldWork work;
-  UserIntent intent;
   CompositorWatch compositor;
   FakeAppearance appearance;
-  QtPreviewPanel panel{{.scheduler = work,
-                        .intent = intent,
-                        .compositor = compositor,
-                        .appearance = appearance,
-                        .pictures = files.source()}};
+  QtPreviewPanel panel{
+      {.scheduler = work, .compositor = compositor, .appearance = appearance, .pictures = files.source()}};
 
  private:
   [[nodiscard]] std::size_t numberOfPreviewItems() const override { return list.size(); }

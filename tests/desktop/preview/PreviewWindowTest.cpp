@@ -77,6 +77,68 @@ TEST_F(PreviewWindowTest, theFirstThatIsPaintedIsTheRightItemAndItsPicture) {
   EXPECT_THAT(preview.files.decoded.front(), preview.list[2]);
 }
 
+TEST_F(PreviewWindowTest, whatMayBeOpenedIsDecodedBeforeItIs) {
+  preview.panel.prepareItem(preview.list[2]);
+  EXPECT_EQ(preview.work.running(), 1U);
+  EXPECT_FALSE(preview.panel.isVisible());
+  preview.settle();
+  EXPECT_THAT(preview.files.decoded, ElementsAre(preview.list[2])) << "alone";
+  EXPECT_FALSE(preview.isUp());
+  preview.open(2);
+  preview.paint();
+  EXPECT_TRUE(preview.isUp()) << "at once";
+  EXPECT_EQ(preview.middle(), colourOf(2));
+  preview.settle();
+  EXPECT_THAT(preview.files.decoded, ElementsAre(preview.list[2], preview.list[3], preview.list[1]));
+}
+
+TEST_F(PreviewWindowTest, whatIsStillBeingDecodedWhenItIsOpenedIsNotBegunAgain) {
+  preview.panel.prepareItem(preview.list[2]);
+  preview.open(2);
+  preview.paint();
+  EXPECT_EQ(preview.work.running(), 1U);
+  EXPECT_FALSE(preview.isUp());
+  preview.work.finishOne();
+  EXPECT_TRUE(preview.isUp());
+  EXPECT_THAT(preview.files.decoded, ElementsAre(preview.list[2]));
+}
+
+TEST_F(PreviewWindowTest, nothingIsKeptOfWhatIsNotOpenedAfterAll) {
+  preview.panel.prepareItem(preview.list[2]);
+  preview.settle();
+  ASSERT_EQ(preview.files.inMemory(), 1);
+  preview.panel.dropPreparedItem();
+  EXPECT_EQ(preview.files.inMemory(), 0);
+  EXPECT_EQ(preview.window(), nullptr);
+  preview.panel.prepareItem(preview.list[3]);
+  preview.panel.dropPreparedItem();
+  preview.settle();
+  EXPECT_THAT(preview.files.decoded, ElementsAre(preview.list[2])) << "what was begun is not decoded any more";
+  EXPECT_EQ(preview.files.inMemory(), 0);
+}
+
+TEST_F(PreviewWindowTest, anotherItemTakesThePlaceOfWhatWasPrepared) {
+  preview.panel.prepareItem(preview.list[2]);
+  preview.settle();
+  preview.panel.prepareItem(preview.list[5]);
+  preview.settle();
+  EXPECT_EQ(preview.files.inMemory(), 1);
+  open(0);
+  EXPECT_EQ(preview.middle(), colourOf(0));
+  EXPECT_EQ(preview.files.inMemory(), 2) << "the first and the second";
+}
+
+TEST_F(PreviewWindowTest, whatIsShownKeepsItsNeighboursWhateverMayBeOpened) {
+  open(0);
+  preview.files.decoded.clear();
+  preview.panel.prepareItem(preview.list[5]);
+  preview.settle();
+  preview.panel.dropPreparedItem();
+  EXPECT_THAT(preview.files.decoded, testing::IsEmpty());
+  EXPECT_EQ(preview.middle(), colourOf(0));
+  EXPECT_EQ(preview.files.inMemory(), 2);
+}
+
 TEST_F(PreviewWindowTest, followsTheSelectionWithOneItemAndNoOther) {
   open(2);
   PaintLog log(preview);

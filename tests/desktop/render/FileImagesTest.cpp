@@ -72,13 +72,10 @@ TEST_F(FileImagesTest, keepTheirDensity) {
 }
 
 TEST_F(FileImagesTest, areNoneOfWhatIsNoWholePicture) {
-  const std::string png = text(pngBytes(QtImage(quarters({40, 20}), {40, 20})));
   const std::string jpeg = jpegBytes(quarters({40, 20}));
   const std::pair<const char*, std::string> files[] = {
       {"empty.png", ""},
       {"text.png", "no picture at all"},
-      {"cut.png", png.substr(0, png.size() - 30)},
-      {"cut.jpg", jpeg.substr(0, jpeg.size() / 2)},
       {"bomb.png", hollowPng(60'000, 60'000)},
       {"bomb.jpg", jpegClaiming(jpeg, 60'000, 60'000)},
   };
@@ -100,6 +97,32 @@ TEST_F(FileImagesTest, giveNoBytesWhenTheyCannotBeDecodedAfterAll) {
   const ImageRef image = images_.imageWithContentsOfFile(folder_.write("a.jpg", jpeg));
   ASSERT_NE(image, nullptr);
   EXPECT_TRUE(pngBytes(*image).isEmpty());
+}
+
+TEST_F(FileImagesTest, giveNoBytesWhenTheyHaveNoEnd) {
+  const std::string png = text(pngBytes(QtImage(quarters({40, 20}), {40, 20})));
+  const std::string jpeg = jpegBytes(quarters({400, 200}));
+  const std::pair<const char*, std::string> files[] = {
+      {"cut.png", png.substr(0, png.size() - 30)},
+      {"cut.jpg", jpeg.substr(0, jpeg.size() * 9 / 10)},
+  };
+  for (const auto& [name, bytes] : files) {
+    const ImageRef image = images_.imageWithContentsOfFile(folder_.write(name, bytes));
+    ASSERT_NE(image, nullptr) << name;
+    EXPECT_TRUE(pngBytes(*image).isEmpty()) << name;
+  }
+}
+
+TEST_F(FileImagesTest, tellAPNGThatIsDamagedInside) {
+  std::string png = text(pngBytes(QtImage(quarters({40, 20}), {40, 20})));
+  const auto isSound = [&] { return isSoundAsPNG(*images_.imageWithContentsOfFile(folder_.write("a.png", png))); };
+  EXPECT_TRUE(isSound());
+  const std::size_t data = png.find("IDAT");
+  ASSERT_NE(data, std::string::npos);
+  png[data + 8] = static_cast<char>(png[data + 8] ^ 1);
+  EXPECT_FALSE(isSound());
+  png = hollowPng(300, 200);
+  EXPECT_FALSE(isSound());
 }
 
 TEST_F(FileImagesTest, arePNGsAlsoFromPixelsInMemory) {

@@ -104,9 +104,28 @@ TEST_F(QtThumbnailRendererTest, treatsEveryKindAlike) {
   EXPECT_GT(qRed(heic.pixel(140, 40)), 240);
 }
 
+TEST_F(QtThumbnailRendererTest, rendersHereWhatThisProgramDecodesAndNothingElse) {
+  const QImage red = filled({560, 280}, QColor(255, 0, 0));
+  for (const FileURL& url : {folder_.save("a.png", red, "png"), folder_.write("a.jpg", jpegBytes(red, 100)),
+                             folder_.write("progressive.jpg", jpegBytes(red, 100, true))}) {
+    const auto here = renderer_.renderHere(url, kCanvas);
+    ASSERT_TRUE(here && *here) << url.path();
+    EXPECT_EQ(static_cast<const QtImage&>(**here).image(), pixels(url)) << url.path();
+  }
+  const QImage large = filled({5000, 3300}, Qt::red);
+  for (const FileURL& url : {folder_.write("a.tiff", tiffBytes(red)), folder_.write("a.pdf", pdfBytes(560, 280)),
+                             folder_.write("a.heic", heicBytes(folder_, red)),
+                             folder_.write("pdf.png", pdfBytes(560, 280)),  // by its contents, not by its name
+                             folder_.write("large.jpg", jpegBytes(large, 50, true))}) {
+    EXPECT_FALSE(renderer_.renderHere(url, kCanvas)) << url.path();
+  }
+}
+
 TEST_F(QtThumbnailRendererTest, hasNothingForWhatIsNoPicture) {
   EXPECT_EQ(renderer_.render(folder_.write("text.png", "Only some words."), kCanvas), nullptr);
   EXPECT_EQ(renderer_.render(folder_.url("missing.png"), kCanvas), nullptr);
+  EXPECT_EQ(renderer_.renderHere(folder_.url("text.png"), kCanvas), std::optional<ImageRef>(nullptr));
+  EXPECT_EQ(renderer_.renderHere(folder_.url("missing.png"), kCanvas), std::optional<ImageRef>(nullptr));
 }
 
 }  // namespace

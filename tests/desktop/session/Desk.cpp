@@ -2,6 +2,8 @@
 
 #include <QtGui/QGuiApplication>
 #include <QtGui/QScreen>
+#include <algorithm>
+#include <array>
 #include <cstdio>
 #include <cstdlib>
 #include <stdexcept>
@@ -12,6 +14,20 @@ namespace quenlio {
 namespace {
 
 using x11::Reply;
+
+void askWindowManager(xcb_connection_t* connection, xcb_window_t window, const char* message,
+                      const std::array<std::uint32_t, 2>& values) {
+  xcb_client_message_event_t event{};
+  event.response_type = XCB_CLIENT_MESSAGE;
+  event.format = 32;
+  event.window = window;
+  event.type = x11::atom(message);
+  std::ranges::copy(values, event.data.data32);
+  xcb_send_event(connection, 0, x11::rootWindow(),
+                 XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
+                 reinterpret_cast<const char*>(&event));
+  xcb_flush(connection);
+}
 
 Reply<xcb_get_property_reply_t> property(xcb_window_t window, const char* name) {
   const auto cookie =
@@ -147,17 +163,8 @@ bool OtherProgram::showFullScreen() {
 }
 
 void OtherProgram::askToClose(xcb_window_t window) {
-  xcb_client_message_event_t event{};
-  event.response_type = XCB_CLIENT_MESSAGE;
-  event.format = 32;
-  event.window = window;
-  event.type = x11::atom("_NET_CLOSE_WINDOW");
   constexpr std::uint32_t fromUser = 2;
-  event.data.data32[1] = fromUser;
-  xcb_send_event(connection_, 0, x11::rootWindow(),
-                 XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
-                 reinterpret_cast<const char*>(&event));
-  xcb_flush(connection_);
+  askWindowManager(connection_, window, "_NET_CLOSE_WINDOW", {0, fromUser});
 }
 
 bool OtherProgram::showAsBar(int height, int left, int right) {
@@ -182,6 +189,15 @@ bool OtherProgram::showBar(const QRect& geometry, const char* property, const st
   xcb_map_window(connection_, window_);
   xcb_flush(connection_);
   return waitUntil([this] { return isMapped(window_); });
+}
+
+ShownDesktop::ShownDesktop() {
+  askWindowManager(x11::connection(), x11::rootWindow(), "_NET_SHOWING_DESKTOP", {1, 0});
+}
+
+ShownDesktop::~ShownDesktop() {
+  askWindowManager(x11::connection(), x11::rootWindow(), "_NET_SHOWING_DESKTOP", {0, 0});
+  (void)waitUntil([] { return numbersOf(x11::rootWindow(), "_NET_SHOWING_DESKTOP") == std::vector{0U}; });
 }
 
 TwoMonitors::TwoMonitors() {

@@ -73,6 +73,15 @@ class TwoMonitors {
   TwoMonitors& operator=(const TwoMonitors&) = delete;
 };
 
+// All windows are out of the way, as after the window manager's key for that, for as long as this lives.
+class ShownDesktop {
+ public:
+  ShownDesktop();
+  ~ShownDesktop();
+  ShownDesktop(const ShownDesktop&) = delete;
+  ShownDesktop& operator=(const ShownDesktop&) = delete;
+};
+
 // A compositor for as long as this lives.
 class Compositor {
  public:

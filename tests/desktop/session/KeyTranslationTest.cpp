@@ -1,3 +1,4 @@
+#include <QtGui/QKeyEvent>
 #include <gtest/gtest.h>
 
 #include "desktop/linux/session/KeyTranslation.h"
@@ -20,6 +21,12 @@ TEST(KeyTranslation, everyKeyHasOneCodeInEachDirection) {
   }
   EXPECT_GT(known, 100);
   EXPECT_EQ(evdevCodeFromVirtualKeyCode(19), 3U);  // the key 2
+}
+
+TEST(KeyTranslation, tellsAPressFromARepeat) {
+  EXPECT_FALSE(keyEventFrom(QKeyEvent(QEvent::KeyPress, Qt::Key_A, Qt::NoModifier, QStringLiteral("a"))).isARepeat);
+  EXPECT_TRUE(
+      keyEventFrom(QKeyEvent(QEvent::KeyPress, Qt::Key_A, Qt::NoModifier, QStringLiteral("a"), true)).isARepeat);
 }
 
 // Keys that are really pressed, on their way to a window that has the keyboard.

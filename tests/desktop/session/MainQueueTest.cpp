@@ -4,9 +4,12 @@
 #include <QtCore/QTimer>
 #include <QtCore/QtGlobal>
 #include <algorithm>
+#include <array>
 #include <atomic>
+#include <future>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <memory>
 #include <thread>
 #include <vector>
 
@@ -259,6 +262,63 @@ TEST_F(MainQueueTest, detachedWorkRunsElsewhereAndPostsBack) {
   });
   ASSERT_TRUE(waitForCount(1));
   EXPECT_TRUE(isElsewhere);
+}
+
+// Work that holds a thread until it is let go.
+struct Gate {
+  std::promise<void> entered;
+  std::promise<void> open;
+  [[nodiscard]] Task task() {
+    return [this] {
+      entered.set_value();
+      open.get_future().wait();
+    };
+  }
+};
+
+TEST_F(MainQueueTest, onlyWorkAtBackgroundWaitsForWorkAtBackground) {
+  Gate first;
+  Gate second;
+  auto begun = second.entered.get_future();
+  for (Gate* gate : {&first, &second}) {
+    queue.detached(QualityOfService::background, gate->task());
+  }
+  first.entered.get_future().wait();
+  for (const auto priority : {QualityOfService::utility, QualityOfService::utility, QualityOfService::userInitiated}) {
+    queue.detached(priority, [this] { queue.post(noting(1)); });
+  }
+  EXPECT_TRUE(waitForCount(3));
+  EXPECT_EQ(begun.wait_for(20ms), std::future_status::timeout) << "one at a time";
+  first.open.set_value();
+  begun.wait();
+  queue.detached(QualityOfService::background, [this] { queue.post(noting(2)); });
+  second.open.set_value();
+  ASSERT_TRUE(waitForCount(4));
+  EXPECT_THAT(order, ElementsAre(1, 1, 1, 2));
+}
+
+// What is handed on by then runs or is dropped, and is let go of either way.
+TEST_F(MainQueueTest, workThatRunsAtTheEndMayHandOnToBackground) {
+  std::array<Gate, 2> gates;
+  const auto held = std::make_shared<int>(0);
+  {
+    MainQueue ending;
+    for (Gate& gate : gates) {
+      ending.detached(QualityOfService::utility, [&ending, wait = gate.task(), held] {
+        wait();
+        ending.detached(QualityOfService::background, [held] {});
+      });
+      gate.entered.get_future().wait();
+    }
+    // What waits is dropped first: letting go of what it holds opens the gates.
+    const std::shared_ptr<void> opener(nullptr, [&gates](void*) {
+      for (Gate& gate : gates) {
+        gate.open.set_value();
+      }
+    });
+    ending.detached(QualityOfService::utility, [opener] {});
+  }
+  EXPECT_EQ(held.use_count(), 1);
 }
 
 }  // namespace

@@ -1,23 +1,33 @@
 // Drags out of a panel to another program, with the real pointer.
 #include <QtCore/QTimer>
+#include <QtGui/QCursor>
 #include <QtGui/QDrag>
+#include <QtGui/QIcon>
 #include <QtGui/QMouseEvent>
 #include <QtWidgets/QApplication>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <thread>
 
+#include "core/library/DragDropProvider.h"
+
 #include "desktop/linux/session/DragPicture.h"
+#include "desktop/linux/session/MainQueue.h"
 #include "desktop/linux/session/QtApplication.h"
 #include "desktop/linux/session/QtDraggingSessions.h"
+#include "desktop/linux/session/QtScreens.h"
 #include "desktop/linux/session/QtWindows.h"
 #include "desktop/linux/session/X11Windows.h"
 #include "desktop/linux/system/FileURI.h"
+#include "desktop/linux/system/LinuxClock.h"
+#include "desktop/linux/system/LinuxFileManager.h"
 #include "desktop/render/QtImage.h"
 
 #include "tests/desktop/session/Hand.h"
 #include "tests/desktop/session/OtherPrograms.h"
 #include "tests/desktop/session/QtPanelTest.h"
+#include "tests/desktop/system/TemporaryFolder.h"
+#include "tests/fakes/FakeDesktop.h"
 
 namespace quenlio {
 namespace {
@@ -52,6 +62,7 @@ class QtDraggingSessionsTest : public QtPanelTest {
     DraggingRequest result;
     result.window = panel_.window().winId();
     result.event = windows_.currentEvent().value_or(PointerEvent{});
+    result.location = result.event.locationInWindow;
     for (const FileURL& file : files) {
       const Point<WindowContent> place = result.event.locationInWindow;
       result.items.push_back({.fileURL = file, .image = nullptr, .frame = {{place.x - 32, place.y - 32}, {64, 64}}});
@@ -78,14 +89,16 @@ class QtDraggingSessionsTest : public QtPanelTest {
     Hand::moveTo(kLeft + 120, kTop + 110);
     EXPECT_TRUE(Hand::waitsFor([] { return isDragging(); }));
   }
-  static bool isDragging() {
+  // The window of the picture under the pointer.
+  static const QWindow* dragged() {
     for (const QWindow* window : QGuiApplication::allWindows()) {
       if (window->inherits("QShapedPixmapWindow") && window->isVisible()) {
-        return true;
+        return window;
       }
     }
-    return false;
+    return nullptr;
   }
+  static bool isDragging() { return dragged() != nullptr; }
   [[nodiscard]] bool isOver() const { return !begun_.empty() && ended_ == begun_ && !isDragging(); }
   void waitForEnd() const {
     EXPECT_TRUE(Hand::waitsFor([this] { return isOver(); }));
@@ -199,6 +212,73 @@ TEST_P(DropWith, heldKeysIsACopyAllTheSame) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Keys, DropWith, testing::Values("shift", "ctrl", "alt"));
+
+// A drag that begins without an event that tells where: from what the mouse and the windows are like.
+TEST_F(QtDraggingSessionsTest, beginWithAButtonDownAndNoEvent) {
+  const TemporaryFolder folder;
+  writeFile(folder / "a.png", "content");
+  OwnFiles own;
+  const LinuxClock clock;
+  const FakeDirectories directories;
+  const LinuxFileManager files(own, clock, directories);
+  const QtScreens screens;
+  MainQueue scheduler;
+  std::unique_ptr<QtWindows> windows;
+  std::unique_ptr<DragDropProvider> provider;
+  bool isEnded = false;
+  Target target;
+  Hand::perform([&] {
+    Hand::moveTo(kLeft + 100, kTop + 100);
+    Hand::press();
+    Hand::has([&] {
+      windows = std::make_unique<QtWindows>();  // which has not seen the press
+      EXPECT_EQ(windows->currentEvent(), std::nullopt);
+      provider = std::make_unique<DragDropProvider>(DragDropProvider::Dependencies{
+          .files = files, .windows = *windows, .screens = screens, .sessions = sessions_, .scheduler = scheduler});
+      ScreenshotItem item;
+      item.fileURL = folder / "a.png";
+      EXPECT_TRUE(provider->beginDraggingSession({item}, [&isEnded] { isEnded = true; }));
+    });
+    EXPECT_TRUE(Hand::waitsFor([] { return isDragging(); }));
+    target.moveOver();
+    Hand::release();
+    EXPECT_TRUE(Hand::waitsFor([&isEnded] { return isEnded; }));
+  });
+  expectCopy(target, {folder / "a.png"});
+}
+
+TEST_F(QtDraggingSessionsTest, showThePictureUnderThePointerAlsoWhenTheEventWasInAnotherWindow) {
+  dragged_->begin = [this] {
+    DraggingRequest drag = request(files(1));
+    drag.event.locationInWindow.x -= 600;
+    begun_.push_back(sessions_.beginDraggingSession(drag, [this](DraggingSessionID over) { ended_.push_back(over); }));
+  };
+  Hand::perform([this] {
+    startDragging();
+    EXPECT_TRUE(Hand::waitsFor([] { return dragged() && dragged()->geometry().contains(QCursor::pos()); }));
+    Hand::release();
+    waitForEnd();
+  });
+}
+
+TEST_F(QtDraggingSessionsTest, allowWhatIsAllowedAndNothingElse) {
+  for (const auto& [allowed, actions] : {std::pair(kDragOperationCopy, Qt::CopyAction), {0U, Qt::IgnoreAction}}) {
+    dragged_->begin = [this, allowed = allowed] {
+      DraggingRequest drag = request(files(1));
+      drag.allowedOperations = allowed;
+      begun_ = {sessions_.beginDraggingSession(drag, [this](DraggingSessionID over) { ended_ = {over}; })};
+    };
+    Hand::perform([this, actions = actions] {
+      startDragging();
+      EXPECT_TRUE(Hand::sees([&] {
+        const auto* drag = panel_.window().findChild<QDrag*>();
+        return drag != nullptr && drag->supportedActions() == Qt::DropActions(actions);
+      }));
+      Hand::release();
+      waitForEnd();
+    });
+  }
+}
 
 TEST_F(QtDraggingSessionsTest, endOnEscapeAndDropNothing) {
   Target target;
@@ -386,6 +466,62 @@ TEST(DragPicture, fansTheCardsWithTheFirstOnTop) {
   // To the right and downward, in the shadow of the card above.
   EXPECT_EQ(at(20, 34).hslHue(), QColor(Qt::green).hslHue());
   EXPECT_EQ(at(20, 38).hslHue(), QColor(Qt::blue).hslHue());
+}
+
+TEST(DragPicture, ofSevenShowsFiveCardsAndTheNumberOfAll) {
+  std::vector<DraggingItem> items;
+  const QColor colors[] = {Qt::red, Qt::green, Qt::blue, Qt::cyan, Qt::magenta, Qt::yellow, Qt::gray};
+  for (int i = 0; i < 7; ++i) {
+    items.push_back(item(plain({64, 64}, colors[i], {0, 0, 64, 64}), std::min(i, 4) * 4));
+  }
+  const auto drag = dragPicture(items, {100, 50}, {.hasShadow = false});
+  const QImage image = drag.pixmap.toImage();
+  const auto at = [&](int dx, int dy) { return image.pixelColor(drag.hotSpot + QPoint(dx, dy)); };
+  EXPECT_EQ(at(0, 0), colors[0]);
+  // The edges of the cards below, each four points further, and of the sixth and the seventh nothing.
+  for (int i = 1; i < 5; ++i) {
+    EXPECT_EQ(at(20, 30 + 4 * i), colors[i]) << i;
+  }
+  EXPECT_EQ(image.size(), QSize(1 + 64 + 16 + 10, 10 + 64 + 16 + 1));
+  EXPECT_EQ(at(42, -31), QColor(0xd93025)) << "the number's badge, at the corner";
+}
+
+// A theme of icons of one colour each.
+class IconTheme {
+ public:
+  explicit IconTheme(const std::vector<std::pair<std::string, QColor>>& icons) {
+    const std::string sizes = "[Icon Theme]\nName=plain\nDirectories=48\n[48]\nSize=48\nType=Threshold\n";
+    std::filesystem::create_directories((folder_ / "plain/48").path());
+    writeFile(folder_ / "plain/index.theme", sizes);
+    for (const auto& [name, color] : icons) {
+      QImage icon(48, 48, QImage::Format_RGB32);
+      icon.fill(color);
+      check(icon.save(QString::fromStdString((folder_ / "plain/48" / (name + ".png")).path())), name);
+    }
+    QIcon::setThemeSearchPaths({QString::fromStdString(folder_.url().path())});
+    QIcon::setThemeName(QStringLiteral("plain"));
+  }
+  ~IconTheme() {
+    QIcon::setThemeSearchPaths(paths_);
+    QIcon::setThemeName(name_);
+  }
+  IconTheme(const IconTheme&) = delete;
+  IconTheme& operator=(const IconTheme&) = delete;
+
+ private:
+  TemporaryFolder folder_;
+  const QStringList paths_ = QIcon::themeSearchPaths();
+  const QString name_ = QIcon::themeName();
+};
+
+TEST(DragPicture, showsTheIconOfTheFilesTypeWithoutAPicture) {
+  const IconTheme theme({{"application-pdf", Qt::red}, {"image-x-generic", Qt::blue}});
+  for (const auto& [file, color] : {std::pair("/a.pdf", Qt::red), std::pair("/a.png", Qt::blue)}) {
+    DraggingItem dragged = item(nullptr, 0);
+    dragged.fileURL = FileURL(file);
+    const auto drag = dragPicture({dragged}, {100, 50}, {});
+    EXPECT_EQ(drag.pixmap.toImage().pixelColor(drag.hotSpot), QColor(color)) << file;
+  }
 }
 
 TEST(DragPicture, hasNoHalfClearPixelsAroundItWithoutACompositor) {

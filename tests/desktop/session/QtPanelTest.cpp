@@ -114,6 +114,42 @@ TEST_F(QtPanelTest, isTheWindowManagersAgainOnceNoWindowFillsTheScreen) {
   EXPECT_TRUE(waitUntil([this] { return numbersOf(x11::rootWindow(), "_NET_CLIENT_LIST") == std::vector{id()}; }));
 }
 
+// As a window manager does on its key for that, or on the user's.
+TEST_F(QtPanelTest, comesBackWhenTheWindowManagerHasPutItAway) {
+  OtherProgram other;
+  ASSERT_TRUE(other.showAndTakeKeyboard({100, 100, 300, 200}));
+  for (int time = 0; time < 3; ++time) {
+    ASSERT_TRUE(show());
+    ASSERT_TRUE(waitUntil([this] { return numbersOf(x11::rootWindow(), "_NET_CLIENT_LIST").size() == 2; }));
+    ASSERT_TRUE(run(QStringLiteral("xdotool"), {QStringLiteral("windowminimize"), QString::number(id())}));
+    ASSERT_TRUE(waitUntil([this] { return !isMapped(id()) && panel_.window().isMinimized(); }));
+    panel_.orderFrontRegardless();
+    panel_.makeKeyAndOrderFront();  // the second in a row finds it on its way
+    EXPECT_TRUE(waitForPixel(kLeft + 100, kTop + 100, isRed));
+    EXPECT_FALSE(panel_.window().isMinimized());
+    EXPECT_EQ(geometryOnScreen(id()), QRect(kLeft, kTop, 232, 232));
+    EXPECT_EQ(focusedWindow(), other.window());
+  }
+}
+
+TEST_F(QtPanelTest, comesBackWhileTheDesktopIsShownInPlaceOfTheWindows) {
+  OtherProgram other;
+  ASSERT_TRUE(other.showAndTakeKeyboard({100, 100, 300, 200}));
+  ASSERT_TRUE(show());
+  ASSERT_TRUE(waitForPixel(kLeft + 100, kTop + 100, isRed));
+  {
+    const ShownDesktop desktop;
+    ASSERT_TRUE(waitUntil([this] { return !isMapped(id()); }));
+    panel_.makeKeyAndOrderFront();
+    EXPECT_TRUE(waitForPixel(kLeft + 100, kTop + 100, isRed));
+    EXPECT_FALSE(isMapped(other.window()));  // which the user has just put away
+    panel_.orderOut();
+    ASSERT_TRUE(show());  // nor is a new showing kept away
+  }
+  panel_.orderOut();
+  EXPECT_TRUE(show());
+}
+
 TEST_F(QtPanelTest, theUserCannotMoveItByTheWindowManager) {
   ASSERT_TRUE(show());
   ASSERT_TRUE(waitUntil([this] { return !atomsOf(id(), "_NET_WM_ALLOWED_ACTIONS").empty(); }));

@@ -80,6 +80,15 @@ TEST_F(QtWindowsTest, aPanelStandsWhereItsFrameIsAtTheStatusBarsLevel) {
   EXPECT_TRUE(info->hasContentView);
 }
 
+TEST_F(QtWindowsTest, aPanelAmongOtherWindowsIsAtTheirLevel) {
+  QtPanel preview({{100, 100}, {300, 200}}, intent_, compositor_, PanelLayer::amongOthers);
+  preview.orderFrontRegardless();
+  ASSERT_TRUE(waitUntil([&] { return isShown(preview.window()); }));
+  ASSERT_TRUE(infoOf(preview.window()));
+  EXPECT_EQ(infoOf(preview.window())->level, 0);
+  EXPECT_FALSE(infoOf(preview.window())->isMainWindow);
+}
+
 TEST_F(QtWindowsTest, onlyAPlainWindowIsTheMainOne) {
   QWidget window;
   window.setGeometry(200, 200, 200, 100);

@@ -195,6 +195,28 @@ TEST_F(MoveTest, bothOtherWaysOfRenamingNeverReplaceEither) {
   }
 }
 
+TEST_F(MoveTest, aLinkIsRenamedItselfWhereTheFileSystemCannotHelp) {
+  for (const auto rename : {linkAndUnlink, claimAndRename}) {
+    ASSERT_EQ(::symlink("nowhere", (here / "a").path().c_str()), 0);
+    EXPECT_EQ(rename((here / "a").path(), (here / "b").path()), 0);
+    EXPECT_EQ(std::filesystem::read_symlink((here / "b").path()), "nowhere");
+    EXPECT_FALSE(std::filesystem::is_symlink((here / "a").path()));
+    ASSERT_EQ(::unlink((here / "b").path().c_str()), 0);
+  }
+}
+
+TEST_F(MoveTest, aNameIsRemovedOnlyIfItIsTheOpenFiles) {
+  writeFile(here / "a", "mine");
+  const UniqueFd file(::open((here / "a").path().c_str(), O_RDONLY | O_CLOEXEC));
+  ASSERT_EQ(::rename((here / "a").path().c_str(), (here / "b").path().c_str()), 0);
+  EXPECT_EQ(removeNameOf(file, (here / "a").path()), ENOENT);
+  writeFile(here / "a", "theirs");
+  EXPECT_EQ(removeNameOf(file, (here / "a").path()), EBUSY);
+  EXPECT_EQ(contents(here / "a"), "theirs");
+  EXPECT_EQ(removeNameOf(file, (here / "b").path()), 0);
+  EXPECT_EQ(entryCount(here.url()), 1U);
+}
+
 TEST_F(MoveTest, aFolderIsRenamedWithoutReplacingWhereTheFileSystemCannotHelp) {
   std::filesystem::create_directory((here / "a").path());
   writeFile(here / "a/x", "mine");

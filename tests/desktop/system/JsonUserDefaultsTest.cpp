@@ -9,6 +9,8 @@
 
 #include "desktop/linux/system/RegularFile.h"
 
+#include "tests/desktop/system/FullDisk.h"
+
 namespace quenlio {
 namespace {
 
@@ -188,6 +190,25 @@ TEST_F(JsonUserDefaultsTest, livesInMemoryWhereNothingCanBeWritten) {
   EXPECT_EQ(store.objectForKey("removed"), std::nullopt);
   EXPECT_EQ(store.dictionaryRepresentation().size(), 2U);
   EXPECT_EQ(contents(file()), before);
+}
+
+TEST_F(JsonUserDefaultsTest, keepsTheOldSettingsWholeWhereThereIsNoRoomForTheNewOnes) {
+  const std::string longText(5000, 'x');
+  auto store = opened();
+  store.setObject("old", std::int64_t{3});
+  const std::string before = contents(file());
+  {
+    const FullDisk disk(1000);
+    store.setObject("long", longText);
+    store.removeObjectForKey("old");
+    EXPECT_EQ(contents(file()), before);
+    EXPECT_EQ(opened().object<std::int64_t>("old"), 3) << "the next run finds what was there";
+    EXPECT_EQ(store.object<std::string>("long"), longText) << "this one lives on with its own values";
+    EXPECT_EQ(store.objectForKey("old"), std::nullopt);
+  }
+  store.setObject("later", true);
+  EXPECT_EQ(opened().dictionaryRepresentation(),
+            (std::map<std::string, DefaultsObject>{{"long", longText}, {"later", true}}));
 }
 
 TEST_F(JsonUserDefaultsTest, neverReplacesWhatItCannotRead) {

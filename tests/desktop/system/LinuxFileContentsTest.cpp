@@ -1,12 +1,13 @@
 #include <csignal>
+#include <functional>
 #include <gtest/gtest.h>
 #include <map>
-#include <sys/resource.h>
 #include <sys/wait.h>
 
 #include "desktop/linux/system/LinuxFileContents.h"
 #include "desktop/linux/system/LinuxStandardDirectories.h"
 
+#include "tests/desktop/system/FullDisk.h"
 #include "tests/desktop/system/TemporaryFolder.h"
 
 namespace quenlio {
@@ -61,20 +62,18 @@ TEST_F(LinuxFileContentsTest, aLinkKeepsLeadingToItsFile) {
   EXPECT_TRUE(std::filesystem::is_symlink((folder / "link").path()));
 }
 
+PlatformResult<Done> withRoomFor1000Bytes(const std::function<PlatformResult<Done>()>& write) {
+  const FullDisk disk(1000);
+  return write();
+}
+
 TEST_F(LinuxFileContentsTest, aWriteThatFailsLeavesTheOldFileAndNothingElse) {
   EXPECT_FALSE(files.writeAtomically(folder / "none/a", "new"));
   std::filesystem::create_directory((folder / "d").path());
   EXPECT_FALSE(files.writeAtomically(folder / "d", "new"));
   writeFile(folder / "a", "old");
-  // A limit on the length of files stands for a full disk.
-  rlimit before{};
-  ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &before), 0);
-  const auto handler = std::signal(SIGXFSZ, SIG_IGN);
-  const rlimit small{.rlim_cur = 1000, .rlim_max = before.rlim_max};
-  ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &small), 0);
-  const auto written = files.writeAtomically(folder / "a", std::string(5000, 'x'));
-  ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &before), 0);
-  (void)std::signal(SIGXFSZ, handler);
+  const auto written =
+      withRoomFor1000Bytes([&] { return files.writeAtomically(folder / "a", std::string(5000, 'x')); });
   ASSERT_FALSE(written);
   EXPECT_EQ(written.error().localizedDescription, "The file “a” could not be written: File too large.");
   EXPECT_EQ(contents(folder / "a"), "old");
@@ -86,6 +85,14 @@ TEST_F(LinuxFileContentsTest, appendingAddsAtTheEndAndMakesTheFile) {
   ASSERT_TRUE(files.append(folder / "a", "two\n"));
   EXPECT_EQ(contents(folder / "a"), "one\ntwo\n");
   EXPECT_FALSE(files.append(folder / "none/a", "x"));
+}
+
+TEST_F(LinuxFileContentsTest, appendingThatFindsNoRoomIsTakenBack) {
+  writeFile(folder / "a", "one\n");
+  const auto written = withRoomFor1000Bytes([&] { return files.append(folder / "a", std::string(5000, 'x')); });
+  ASSERT_FALSE(written);
+  EXPECT_EQ(written.error().localizedDescription, "The file “a” could not be written: File too large.");
+  EXPECT_EQ(contents(folder / "a"), "one\n");
 }
 
 // A child writes two texts in turn and is killed in the midst of it, again and again.

@@ -189,6 +189,12 @@ TEST_F(LinuxFileManagerTest, theBirthIsTheDateOfCreationUnlessAMarkCarriesTheOri
   EXPECT_EQ(list().at("a").creationDate, attributes.value().creationDate);
 }
 
+TEST_F(LinuxFileManagerTest, whereTheFileSystemKeepsNoBirthThereIsNoDateOfCreation) {
+  const auto attributes = files.attributesOfItemAtPath(FileURL("/proc/self/status"));
+  ASSERT_TRUE(attributes);
+  EXPECT_EQ(attributes.value().creationDate, std::nullopt);
+}
+
 TEST_F(LinuxFileManagerTest, attributesOfWhatIsNotThereAreAFailure) {
   EXPECT_FALSE(files.attributesOfItemAtPath(folder / "none"));
 }

@@ -5,6 +5,7 @@
 #include <thread>
 #include <vector>
 
+#include "desktop/linux/system/FileTransfer.h"
 #include "desktop/linux/system/LinuxClock.h"
 #include "desktop/linux/system/LinuxFileManager.h"
 #include "desktop/linux/system/RenameWithoutReplacing.h"
@@ -65,8 +66,65 @@ class OtherProgram {
   std::thread thread_;
 };
 
+// What is in the file, if anything is there.
+std::string textAt(const FileURL& url) {
+  return exists(url) ? contents(url) : "(nothing)";
+}
+
+// In each round, acts as soon as the file has appeared.
+class Intruder {
+ public:
+  Intruder(FileURL file, int rounds, Race& race, std::function<void()> act)
+      : thread_([this, file = std::move(file), rounds, &race, act = std::move(act)] {
+          for (int round = 0; round < rounds; ++round) {
+            race.meet();
+            while (!isOver_ && !exists(file)) {
+            }
+            handicap(round, true);
+            act();
+            race.meet();
+          }
+        }) {}
+  Intruder(const Intruder&) = delete;
+  Intruder& operator=(const Intruder&) = delete;
+  ~Intruder() { thread_.join(); }
+
+  // It need not wait any longer in this round.
+  void setOver(bool isOver) { isOver_ = isOver; }
+
+ private:
+  std::atomic<bool> isOver_ = false;
+  std::thread thread_;
+};
+
 class MoveRaceTest : public testing::Test {
  protected:
+  // Moves "mine" to the place while another program, as soon as `signal` is there, renames its own file over
+  // `contested`.
+  void raceWithIntruder(const FileURL& to, const FileURL& signal, const FileURL& contested,
+                        const std::function<bool()>& move, const std::function<void(bool isMoved)>& look) {
+    constexpr int rounds = 200;
+    const FileURL theirs = contested.parent() / "theirs";
+    Race race;
+    Intruder intruder(signal, rounds, race,
+                      [&] { check(::rename(theirs.path().c_str(), contested.path().c_str()) == 0, "rename"); });
+    for (int round = 0; round < rounds; ++round) {
+      writeFile(here / "mine", "mine");
+      writeFile(theirs, "theirs");
+      intruder.setOver(false);
+      race.meet();
+      handicap(round, false);
+      const bool isMoved = move();
+      intruder.setOver(true);
+      race.meet();
+      EXPECT_EQ(textAt(contested), "theirs") << round;
+      look(isMoved);
+      (void)::unlink(to.path().c_str());
+      (void)::unlink((here / "mine").path().c_str());
+      EXPECT_EQ(entryCount(here.url()) + entryCount(there.url()), 0U) << round;
+    }
+  }
+
   // Moves "mine" to each of the names by that way, and holds what came of it against what the other program got.
   void raceFor(const FileURL& folder, const std::function<bool(const FileURL& from, const FileURL& to)>& move) {
     constexpr int rounds = 200;
@@ -109,6 +167,58 @@ TEST_F(MoveRaceTest, neitherDoTheOtherWaysOfRenaming) {
     const FileURL folder = here / (rename == linkAndUnlink ? "link" : "claim");
     std::filesystem::create_directory(folder.path());
     raceFor(folder, [&](const FileURL& from, const FileURL& to) { return rename(from.path(), to.path()) == 0; });
+  }
+}
+
+TEST_F(MoveRaceTest, aFileThatIsPutInTheSourcesPlaceMeanwhileStaysThere) {
+  const std::pair<FileURL, std::function<bool()>> moves[] = {
+      {there / "to", [&] { return files.moveItemAtURL(here / "mine", there / "to").ok(); }},
+      {here / "to", [&] { return linkAndUnlink((here / "mine").path(), (here / "to").path()) == 0; }},
+  };
+  for (const auto& [to, move] : moves) {
+    raceWithIntruder(to, to, here / "mine", move,
+                     [&to = to](bool isMoved) { EXPECT_EQ(textAt(to), isMoved ? "mine" : "(nothing)"); });
+  }
+}
+
+TEST_F(MoveRaceTest, aFileThatIsPutInItsNewPlaceAtOnceCostsItNothingThatWasNotItsOwn) {
+  raceWithIntruder(
+      here / "to", here / "mine", here / "to",
+      [&] { return linkAndUnlink((here / "mine").path(), (here / "to").path()) == 0; },
+      [&](bool isMoved) { EXPECT_EQ(exists(here / "mine"), !isMoved); });
+  raceWithIntruder(
+      there / "to", there / "to", there / "to",
+      [&] {
+        FileCopy copy(own);
+        check(copy.make(here / "mine", there.url(), Durability::onDisk) == 0, "copy");
+        writeFile(here / "mine", "changed since");
+        return copy.takeOver((there / "to").path()) == 0;
+      },
+      [&](bool isMoved) {
+        EXPECT_FALSE(isMoved);
+        EXPECT_EQ(textAt(here / "mine"), "changed since");
+      });
+}
+
+TEST_F(MoveRaceTest, theRemovalOfANameTakesNothingThatIsPutThereInThatMoment) {
+  constexpr int rounds = 500;
+  const FileURL mine = here / "mine";
+  const FileURL theirs = here / "theirs";
+  Race race;
+  Intruder intruder(mine, rounds, race,
+                    [&] { check(::rename(theirs.path().c_str(), mine.path().c_str()) == 0, "rename"); });
+  for (int round = 0; round < rounds; ++round) {
+    writeFile(mine, "mine");
+    writeFile(theirs, "theirs");
+    const UniqueFd file(::open(mine.path().c_str(), O_RDONLY | O_CLOEXEC));
+    race.meet();
+    handicap(round, false);
+    (void)removeNameOf(file, mine.path());
+    intruder.setOver(true);
+    race.meet();
+    intruder.setOver(false);
+    EXPECT_EQ(textAt(mine), "theirs") << round;
+    EXPECT_EQ(entryCount(here.url()), 1U) << round;
   }
 }
 

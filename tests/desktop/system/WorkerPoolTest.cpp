@@ -1,4 +1,4 @@
-// Detached work: two threads at most, in order, and no thread counted that was never made.
+// Detached work: so many threads at most, in order, and no thread counted that was never made.
 #include <algorithm>
 #include <array>
 #include <atomic>
@@ -57,7 +57,7 @@ TEST(WorkerPool, beginsWorkInTheOrderInWhichItCame) {
   std::array<Gate, 2> gates;
   std::vector<int> order;
   std::promise<void> done;
-  WorkerPool pool{WorkerPool::Priority::normal};
+  WorkerPool pool{WorkerPool::Priority::normal, 2};
   for (Gate& gate : gates) {
     pool.run(gate.task());
     gate.entered.get_future().wait();
@@ -81,37 +81,43 @@ TEST(WorkerPool, standsBackInTheBackgroundOnly) {
   for (const auto priority : {WorkerPool::Priority::normal, WorkerPool::Priority::background}) {
     std::promise<int> niceness;
     auto told = niceness.get_future();
-    WorkerPool pool{priority};
+    WorkerPool pool{priority, 2};
     pool.run([&niceness] { niceness.set_value(getpriority(PRIO_PROCESS, 0)); });
     const int expected = priority == WorkerPool::Priority::normal ? own : std::max(own, 10);
     EXPECT_EQ(told.get(), expected);
   }
 }
 
-TEST(WorkerPool, runsTwoAtATime) {
-  std::array<Gate, 2> gates;
-  WorkerPool pool{WorkerPool::Priority::normal};
-  std::promise<void> third;
+class WorkerPoolOf : public testing::TestWithParam<int> {};
+
+TEST_P(WorkerPoolOf, runsSoManyAtATime) {
+  std::vector<Gate> gates(static_cast<std::size_t>(GetParam()));
+  WorkerPool pool{WorkerPool::Priority::normal, GetParam()};
+  std::promise<void> oneMore;
   for (Gate& gate : gates) {
     pool.run(gate.task());
   }
   for (Gate& gate : gates) {
-    gate.entered.get_future().wait();  // both have begun, and neither is done
+    gate.entered.get_future().wait();  // all have begun, and none is done
   }
-  auto ran = third.get_future();
-  pool.run([&third] { third.set_value(); });
-  EXPECT_EQ(ran.wait_for(std::chrono::seconds(0)), std::future_status::timeout);
-  gates[0].open.set_value();
+  auto ran = oneMore.get_future();
+  pool.run([&oneMore] { oneMore.set_value(); });
+  EXPECT_EQ(ran.wait_for(std::chrono::milliseconds(20)), std::future_status::timeout);
+  gates.front().open.set_value();
   ran.wait();
-  gates[1].open.set_value();
+  for (std::size_t i = 1; i < gates.size(); ++i) {
+    gates[i].open.set_value();
+  }
 }
+
+INSTANTIATE_TEST_SUITE_P(OneAndTwo, WorkerPoolOf, testing::Values(1, 2));
 
 TEST(WorkerPool, dropsWhatWaitsAndWaitsForWhatRuns) {
   std::array<Gate, 2> gates;
   std::atomic<int> finished = 0;
   bool hasRun = false;
   {
-    WorkerPool pool{WorkerPool::Priority::normal};
+    WorkerPool pool{WorkerPool::Priority::normal, 2};
     for (Gate& gate : gates) {
       pool.run([&finished, task = gate.task()] {
         task();
@@ -133,7 +139,7 @@ TEST(WorkerPool, dropsWhatWaitsAndWaitsForWhatRuns) {
 
 TEST(WorkerPool, countsNoThreadThatCouldNotBeMade) {
   std::promise<void> done;
-  WorkerPool pool{WorkerPool::Priority::normal};
+  WorkerPool pool{WorkerPool::Priority::normal, 2};
   {
     const NoNewThreads none;
     ASSERT_TRUE(none.isSet());
@@ -146,7 +152,7 @@ TEST(WorkerPool, countsNoThreadThatCouldNotBeMade) {
 TEST(WorkerPool, leavesWorkToTheThreadThatIsThereWhenNoSecondOneCanBeMade) {
   Gate gate;
   std::promise<void> done;
-  WorkerPool pool{WorkerPool::Priority::normal};
+  WorkerPool pool{WorkerPool::Priority::normal, 2};
   pool.run(gate.task());
   gate.entered.get_future().wait();
   {

@@ -30,9 +30,12 @@ Island::Island() {
           .scheduler = platform.time,
           .clock = platform.time,
           .onHoverChanged = [this](bool hovering) { hovers.push_back(hovering); },
+          .onMenuClosed = [this] { ++closedMenus; },
           .onClose = [this] { ++closes; },
           .onOpenQuickLook =
               [this](const ScreenshotItem& item) { quickLooks.push_back(item.fileURL.lastPathComponent()); },
+          .onPrepareQuickLook = [this](const ScreenshotItem& item) { prepared = item.fileURL.lastPathComponent(); },
+          .onDropPreparedQuickLook = [this] { prepared.reset(); },
           .onOpenEditor = [this](const ScreenshotItem& item) { editors.push_back(item.fileURL.lastPathComponent()); },
           .onWindowDrag = [this](Size moved, bool ended) { drags.emplace_back(moved, ended); },
           .onItemDragStateChanged = [this](bool dragging) { itemDrags.push_back(dragging); },
@@ -42,7 +45,9 @@ Island::Island() {
           .compositor = compositor,
           .sharpRendition =
               [this](const FileURL& url, QSize pixels, std::function<void(const ImageRef&)> completion) {
+                const std::size_t index = requests.size();
                 requests.push_back({url, pixels, std::move(completion)});
+                return Subscription([this, index] { requests[index].isEnded = true; });
               },
           .onSurfaceChanged = [this](const PanelSurface& surface) { surfaces.push_back(surface); }});
   setSize(settings.islandSize.get());

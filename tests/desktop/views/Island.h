@@ -6,6 +6,7 @@
 #include <QtWidgets/QWidget>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -46,13 +47,16 @@ class Island : public TestLibrary {
     FileURL url;
     QSize pixels;
     std::function<void(const ImageRef&)> completion;
+    bool isEnded = false;
   };
 
   CompositorWatch compositor;  // without a display one counts as there, until a test says otherwise
   IslandOverlayPresentationState state;
   std::vector<bool> hovers;
+  int closedMenus = 0;
   std::vector<std::pair<Size, bool>> drags;
   std::vector<std::string> quickLooks;  // file names
+  std::optional<std::string> prepared;  // to be opened so
   std::vector<std::string> editors;
   std::vector<bool> itemDrags;
   int closes = 0;

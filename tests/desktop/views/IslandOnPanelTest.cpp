@@ -98,5 +98,18 @@ TEST_F(IslandOnPanel, aChangeOfSizeChangesTheFrameAndTheMetricsTogether) {
   EXPECT_EQ(find<MainPreview>().width(), 420 - 2 * 12);
 }
 
+TEST_F(IslandOnPanel, moreContrastLeavesTheFrameAsItIs) {
+  platform.time.advanceBy(Seconds(1));  // past the entry
+  const Rect<Screen> frame = panel().frame();
+  const QRect preview = find<MainPreview>().geometry();
+  platform.appearance.setIncreasesContrast(true);
+  settle();
+  ASSERT_TRUE(island_.presentationState().increaseContrast.get());
+  platform.time.advanceBy(Seconds(0.08));
+  EXPECT_EQ(panel().frame(), frame);
+  platform.time.advanceBy(Seconds(1));
+  EXPECT_EQ(panel().frame(), frame);
+  EXPECT_EQ(find<MainPreview>().geometry(), preview);
+}
 }  // namespace
 }  // namespace quenlio

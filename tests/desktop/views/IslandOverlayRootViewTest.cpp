@@ -1,12 +1,14 @@
 #include <QtCore/QCoreApplication>
 #include <QtGui/QEnterEvent>
 #include <QtGui/QMouseEvent>
+#include <QtWidgets/QLabel>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "desktop/views/island/IslandOverlayRootView.h"
 
 #include "tests/desktop/views/Island.h"
+#include "tests/desktop/views/SymbolIn.h"
 
 namespace quenlio {
 namespace {
@@ -42,6 +44,13 @@ TEST_F(IslandOverlayRootViewTest, anEmptyLibrarySaysWhatToDo) {
   EXPECT_TRUE(island_.says("Take a screenshot to see it here, then rename, edit, copy, save, or share it."));
   EXPECT_TRUE(island_.says("No preview"));
   EXPECT_FALSE(island_.says("No screenshot yet"));  // the words above stand in the name's place
+}
+
+TEST_F(IslandOverlayRootViewTest, anEmptyLibraryShowsTheSymbolOfAPicture) {
+  const QRect preview = find<MainPreview>()->geometry();
+  QRect middle(QPoint(), QSize(preview.height(), preview.height()) * 2 / 3);
+  middle.moveCenter(preview.center());
+  EXPECT_EQ(symbolIn(island_.picture(4), {middle.topLeft() * 4, middle.size() * 4}), "photo");
 }
 
 TEST_F(IslandOverlayRootViewTest, aNewScreenshotIsNamedOnTheNextTurn) {
@@ -94,6 +103,27 @@ TEST_F(IslandOverlayRootViewTest, anUnreadableFolderOffersTheWayOutInThePreviews
   island_.settle();
   EXPECT_FALSE(island_.says("Folder Access Needed"));
   EXPECT_TRUE(island_.says("one.png preview"));
+}
+
+TEST_F(IslandOverlayRootViewTest, theWayOutHasItsSymbolsAndItsHelp) {
+  island_.setSize(IslandSize::medium);
+  island_.state.screenshotFolderReadable.set(false);
+  island_.settle();
+  const QImage picture = island_.picture(4);
+  const auto seenIn = [&](const QWidget& view, const QRect& part) {
+    return symbolIn(picture, {view.mapTo(island_.view.get(), part.topLeft()) * 4, part.size() * 4});
+  };
+  const auto& recovery = *find<FolderAccessRecoveryView>();
+  const int titleTop = recovery.findChild<QLabel*>()->y();
+  EXPECT_EQ(seenIn(recovery, {recovery.width() / 2 - 24, titleTop - 44, 48, 44}), "lock.shield");
+  QAbstractButton& allow = *island_.button("Allow Access");
+  const int half = allow.height() / 2;
+  EXPECT_EQ(seenIn(allow, {allow.width() - 2 * half - 2, half / 2, half + 4, half}), "arrow.up.right.square");
+  EXPECT_FALSE(island_.says("Open Privacy settings and re-check folder access"));
+  QEnterEvent enter({5, 5}, {5, 5}, {5, 5});
+  QCoreApplication::sendEvent(&allow, &enter);
+  island_.platform.time.advanceBy(Seconds(1));
+  EXPECT_TRUE(island_.says("Open Privacy settings and re-check folder access"));
 }
 
 TEST_F(IslandOverlayRootViewTest, tellsWhenThePointerComesAndGoes) {
@@ -193,11 +223,42 @@ TEST_F(IslandOverlayRootViewTest, aHiddenIslandTurnsAtOnce) {
   EXPECT_LT(island_.surfaces.back().tone.lightness(), 80);
 }
 
-TEST_F(IslandOverlayRootViewTest, anotherFrameIsLaidOutByItsOwnMetricsAtOnce) {
-  island_.view->resize(500, 500);  // no turn of the main queue comes between this and the next painting
+TEST_F(IslandOverlayRootViewTest, anotherSizeIsLaidOutByItsOwnMetricsAtOnce) {
+  island_.setSize(IslandSize::xLarge);  // no turn of the main queue comes between this and the next painting
   const IslandLayoutMetrics& m = IslandLayoutMetrics::forSize(IslandSize::xLarge);
   EXPECT_EQ(find<MainPreview>()->geometry(), QRect(12, 9 + 34 + 5, 476, static_cast<int>(m.previewHeight)));
   EXPECT_EQ(island_.surfaces.back().cornerRadius, m.cornerRadius);
+}
+
+TEST_F(IslandOverlayRootViewTest, moreContrastChangesTheColoursAndNoLengths) {
+  island_.ingest("one.png");
+  island_.settle();
+  const auto frames = [this] {
+    std::vector<QRect> all{island_.view->geometry()};
+    for (const QWidget* widget : island_.view->findChildren<QWidget*>()) {
+      all.push_back(widget->geometry());
+    }
+    return all;
+  };
+  for (const IslandAppearanceStyle style : {IslandAppearanceStyle::light, IslandAppearanceStyle::dark}) {
+    island_.state.appearanceStyle.set(style);
+    island_.state.increaseContrast.set(false);
+    const QImage before = island_.picture();
+    const auto framesBefore = frames();
+    island_.state.appearanceTransition = Seconds(0.16);
+    island_.state.increaseContrast.set(true);
+    island_.settle();
+    island_.platform.time.advanceBy(Seconds(0.08));
+    EXPECT_EQ(frames(), framesBefore);  // nor on the way
+    island_.platform.time.advanceBy(Seconds(1));
+    const QImage after = island_.picture();
+    EXPECT_EQ(frames(), framesBefore);
+    EXPECT_EQ(island_.surfaces.back().cornerRadius, 22);
+    const auto [lighter, darker] =
+        style == IslandAppearanceStyle::light ? std::pair(after, before) : std::pair(before, after);
+    EXPECT_GT(lighter.pixelColor(116, 228).lightness(), darker.pixelColor(116, 228).lightness() + 3);
+    island_.state.appearanceTransition = Seconds::zero();
+  }
 }
 
 TEST_F(IslandOverlayRootViewTest, cornersAreClear) {

@@ -7,6 +7,7 @@
 #include "desktop/views/island/MainPreview.h"
 
 #include "tests/desktop/views/Island.h"
+#include "tests/desktop/views/SymbolIn.h"
 
 namespace quenlio {
 namespace {
@@ -30,15 +31,6 @@ class IslandToolbar : public testing::Test {
     }
     throw std::out_of_range("no such view");
   }
-  [[nodiscard]] std::optional<TooltipHost::Bubble> shownBubble() const {
-    for (QWidget* widget : island_.view->findChildren<QWidget*>()) {
-      const auto* host = dynamic_cast<TooltipHost*>(widget);
-      if (host != nullptr && host->bubble()) {
-        return host->bubble();
-      }
-    }
-    return std::nullopt;
-  }
   // The mean lightness of the place where the ring is, beside the glyph.
   [[nodiscard]] double lightnessOfRing() {
     const QImage picture = island_.picture(2);
@@ -50,6 +42,10 @@ class IslandToolbar : public testing::Test {
       sum += picture.pixelColor(((centre + radius * way) * 2).toPoint()).lightness();
     }
     return sum / 3;
+  }
+
+  [[nodiscard]] QRect placeOf(const QWidget& view, int scale) const {
+    return {view.mapTo(island_.view.get(), QPoint()) * scale, view.size() * scale};
   }
 
   Island island_;
@@ -152,16 +148,26 @@ TEST_F(IslandToolbar, helpShowsBelowTheControlsInsideThePanel) {
     QCoreApplication::sendEvent(island_.button(name), &enter);
     island_.platform.time.advanceBy(Seconds(1));
     island_.settle();
-    const auto bubble = shownBubble();
-    ASSERT_TRUE(bubble) << name;
-    EXPECT_TRUE(bubble->text.startsWith(QLatin1String(name)));
-    EXPECT_EQ(bubble->placement.pointer, TooltipPointerDirection::up);
-    EXPECT_TRUE(QRectF(24, 24, 184, 184).contains(bubble->body)) << name;
+    const auto& bubble = find<TooltipBubbleView>();
+    ASSERT_TRUE(bubble.isVisible()) << name;
+    EXPECT_TRUE(bubble.text().startsWith(QLatin1String(name)));
+    EXPECT_EQ(bubble.placement().pointer, TooltipPointerDirection::up);
+    EXPECT_TRUE(QRectF(24, 24, 184, 184).contains(bubble.body())) << name;
     QEvent leave(QEvent::Leave);
     QCoreApplication::sendEvent(island_.button(name), &leave);
-    EXPECT_FALSE(shownBubble());
+    EXPECT_FALSE(bubble.isVisible());
   }
 }
 
+TEST_F(IslandToolbar, eachControlShowsItsOwnSymbol) {
+  ingestTwo();
+  const QImage picture = island_.picture(4);
+  const std::pair<const char*, const char*> wanted[] = {{"Copy", "doc.on.doc"},           {"Edit", "highlighter"},
+                                                        {"Share", "square.and.arrow.up"}, {"View in Folder", "folder"},
+                                                        {"Move to Trash", "trash"},       {"Close", "xmark"}};
+  for (const auto& [name, symbol] : wanted) {
+    EXPECT_EQ(symbolIn(picture, placeOf(*island_.button(name), 4)), symbol) << name;
+  }
+}
 }  // namespace
 }  // namespace quenlio

@@ -6,7 +6,7 @@ namespace quenlio {
 namespace {
 
 std::string shown(const char* text) {
-  return localWording(QString::fromUtf8(text)).toStdString();
+  return localWording(text).toStdString();
 }
 
 TEST(LocalWording, commandIsControl) {

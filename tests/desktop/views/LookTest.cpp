@@ -5,6 +5,7 @@
 // are kept. They are made with one font, which the program's packages bring along.
 #include <QtCore/QFile>
 #include <QtGui/QFontInfo>
+#include <QtGui/QPainter>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QLabel>
 #include <algorithm>
@@ -13,6 +14,10 @@
 #include <map>
 #include <tuple>
 
+#include "core/island/IslandLayout.h"
+#include "core/island/ToolbarLayout.h"
+
+#include "tests/desktop/views/Likeness.h"
 #include "tests/desktop/views/Scenes.h"
 
 namespace quenlio {
@@ -20,16 +25,15 @@ namespace {
 
 using Appearance = std::tuple<IslandSize, IslandAppearanceStyle, bool>;
 
-// Letters are drawn a little differently by each version of the font library.
-constexpr int kChannelTolerance = 40;       // of 255, of a pixel that counts as the same
-constexpr double kDifferentPixels = 0.004;  // the share that may differ
-constexpr double kMeanDifference = 0.6;     // of 255, over all channels of all pixels
-
 class Look : public testing::TestWithParam<Appearance> {
  protected:
   [[nodiscard]] static Scene scene(SceneState state, GlassBacking backing = GlassBacking::opaque) {
     const auto& [size, style, contrast] = GetParam();
     return {.size = size, .style = style, .increaseContrast = contrast, .state = state, .backing = backing};
+  }
+  [[nodiscard]] static std::vector<Scene> goldenScenes() {
+    return {scene(SceneState::several, GlassBacking::composited), scene(SceneState::empty, GlassBacking::composited),
+            scene(SceneState::recovery)};
   }
 };
 
@@ -37,38 +41,44 @@ QString goldenPath(const Scene& scene) {
   return QStringLiteral(QUENLIO_SOURCE_DIR "/tests/desktop/views/golden/%1.png").arg(nameOf(scene).c_str());
 }
 
-void compare(const QImage& seen, const QImage& wanted, const std::string& name) {
-  ASSERT_EQ(seen.size(), wanted.size()) << name;
-  std::size_t different = 0;
-  double sum = 0;
-  for (int y = 0; y < seen.height(); ++y) {
-    for (int x = 0; x < seen.width(); ++x) {
-      const QRgb a = seen.pixel(x, y);
-      const QRgb b = wanted.pixel(x, y);
-      const int channels[] = {std::abs(qRed(a) - qRed(b)), std::abs(qGreen(a) - qGreen(b)),
-                              std::abs(qBlue(a) - qBlue(b)), std::abs(qAlpha(a) - qAlpha(b))};
-      different += *std::ranges::max_element(channels) > kChannelTolerance ? 1U : 0U;
-      for (const int channel : channels) {
-        sum += channel;
-      }
-    }
-  }
-  const double pixels = static_cast<double>(seen.width()) * seen.height();
-  EXPECT_LE(static_cast<double>(different) / pixels, kDifferentPixels) << name;
-  EXPECT_LE(sum / pixels / 4, kMeanDifference) << name;
-}
-
 TEST_P(Look, isThatOfItsPicture) {
   ASSERT_EQ(QFontInfo(QApplication::font()).family(), QStringLiteral("DejaVu Sans"));
-  for (const Scene& each : {scene(SceneState::several, GlassBacking::composited), scene(SceneState::recovery)}) {
-    const QImage seen = pictureOf(each).convertToFormat(QImage::Format_ARGB32);
+  for (const Scene& each : goldenScenes()) {
+    const QImage seen = pictureOf(each);
     if (qEnvironmentVariableIsSet("QUENLIO_GOLDEN_WRITE")) {
-      ASSERT_TRUE(seen.save(goldenPath(each)));
-      continue;
+      ASSERT_TRUE(seen.convertToFormat(QImage::Format_ARGB32).save(goldenPath(each)));
     }
     const QImage wanted(goldenPath(each));
-    ASSERT_FALSE(wanted.isNull()) << goldenPath(each).toStdString();
-    compare(seen, wanted.convertToFormat(QImage::Format_ARGB32), nameOf(each));
+    ASSERT_EQ(seen.size(), wanted.size()) << goldenPath(each).toStdString();
+    const Likeness likeness = likenessOf(seen, wanted);
+    EXPECT_TRUE(likeness.isSame()) << nameOf(each) << ": " << likeness;
+  }
+}
+
+// Where the toolbar's control stands in the picture.
+QRect placeOf(std::size_t control, IslandSize size) {
+  const IslandLayoutMetrics& metrics = IslandLayoutMetrics::forSize(size);
+  const auto row = islandLayout(metrics, IslandLayoutMetrics::panelSide(size)).toolbar;
+  const auto place = toolbarLayout(metrics, row.size).at(control).moved(row.minX(), row.minY());
+  return QRectF(place.minX(), place.minY(), place.size.width, place.size.height).toRect();
+}
+
+TEST_P(Look, twoControlsThatChangedPlacesAreNoticed) {
+  for (const Scene& each : goldenScenes()) {
+    const QImage right(goldenPath(each));
+    ASSERT_FALSE(right.isNull());
+    for (std::size_t one = 0; one < kToolbarControls; ++one) {
+      for (std::size_t other = one + 1; other < kToolbarControls; ++other) {
+        QImage wrong = right;
+        QPainter painter(&wrong);
+        painter.setCompositionMode(QPainter::CompositionMode_Source);
+        painter.drawImage(placeOf(one, each.size), right, placeOf(other, each.size));
+        painter.drawImage(placeOf(other, each.size), right, placeOf(one, each.size));
+        painter.end();
+        const Likeness likeness = likenessOf(wrong, right);
+        EXPECT_FALSE(likeness.isSame()) << nameOf(each) << ", " << one << " and " << other << ": " << likeness;
+      }
+    }
   }
 }
 

@@ -13,6 +13,7 @@
 namespace quenlio {
 namespace {
 
+using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
 
@@ -99,6 +100,34 @@ TEST(MainPreview, anAnswerForAnItemNoLongerShownIsDropped) {
   EXPECT_EQ(island.picture().pixelColor(250, 220), QColor(Qt::green));
 }
 
+// Its decoding would keep others waiting.
+TEST(MainPreview, endsTheDecodingOfAPictureThatIsNoLongerWanted) {
+  OpaqueIsland island;
+  island.setSize(IslandSize::xLarge);
+  island.ingest("one.png");
+  island.ingest("two.png");
+  island.giveThumbnails(Qt::red);
+  const auto areEnded = [&island] {
+    island.settle();
+    std::vector<bool> ended;
+    for (const auto& request : island.requests) {
+      ended.push_back(request.isEnded);
+    }
+    return ended;
+  };
+  EXPECT_THAT(areEnded(), ElementsAre(false));
+  island.store.select(island.item("one.png").id);
+  EXPECT_THAT(areEnded(), ElementsAre(true, false));
+  island.setSize(IslandSize::large);
+  EXPECT_THAT(areEnded(), ElementsAre(true, true, false));
+  island.view->hide();
+  EXPECT_THAT(areEnded(), ElementsAre(true, true, true));
+  island.view->show();
+  EXPECT_THAT(areEnded(), ElementsAre(true, true, true, false));
+  island.view.reset();
+  EXPECT_THAT(areEnded(), ElementsAre(true, true, true, true));
+}
+
 TEST(MainPreview, anAnswerAfterTheIslandIsGoneIsHarmless) {
   OpaqueIsland island;
   island.setSize(IslandSize::xLarge);
@@ -174,7 +203,7 @@ TEST_P(Density, allCornersOfACellsPictureAreRoundAlike) {
   island.ingest("one.png");
   island.ingest("two.png");
   island.giveThumbnails(Qt::red, (QSizeF(280, 220) * density).toSize(), (QSizeF(280, 140) * density).toSize(), density);
-  (void)island.picture(scale);  // by then the cells have come up
+  (void)island.picture(scale);                                                // by then the cells have come up
   const auto* cell = dynamic_cast<ThumbnailCell*>(island.button("one.png"));  // not the selected one, which has a ring
   ASSERT_NE(cell, nullptr);
   const QRectF place = cell->square().translated(cell->parentWidget()->mapTo(island.view.get(), QPoint()));

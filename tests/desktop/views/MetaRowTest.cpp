@@ -80,6 +80,52 @@ TEST_F(MetaRowTest, beginsWithTheStemSelectedAndTheExtensionApart) {
   EXPECT_EQ(island_.button("Rename"), nullptr);
 }
 
+TEST_F(MetaRowTest, theFieldSaysWhatItIsForAndTheExtensionIsReadOutWhole) {
+  const std::string extension(60, 'x');
+  island_.ingest("three." + extension);
+  island_.store.items.mutate([&](std::vector<ScreenshotItem>& items) {
+    items.front().fileURL = FileURL("/home/user/Desktop/three." + extension);
+  });
+  island_.settle();
+  askForRename();
+  EXPECT_EQ(field().placeholderText(), QStringLiteral("Filename"));
+  EXPECT_TRUE(island_.says("." + extension)) << "though it has no room to be seen whole";
+}
+
+// No cell is chosen, though the newest stands in the preview.
+TEST_F(MetaRowTest, withNothingSelectedTheNewestIsNamedAndCannotBeRenamed) {
+  island_.store.toggleSelection(island_.item("two.png"));
+  island_.settle();
+  ASSERT_TRUE(island_.store.selectedItemIDs.get().empty());
+  auto* name = row().findChild<QLabel*>();
+  EXPECT_EQ(name->text(), QStringLiteral("two.png"));
+  EXPECT_TRUE(island_.says("two.png preview"));
+  EXPECT_EQ(island_.button("Rename"), nullptr);
+  askForRename();
+  EXPECT_FALSE(field().isVisible());
+  QMouseEvent twice(QEvent::MouseButtonDblClick, QPointF(5, 5), QPointF(5, 5), Qt::LeftButton, Qt::LeftButton,
+                    Qt::NoModifier);
+  QCoreApplication::sendEvent(name, &twice);
+  EXPECT_FALSE(field().isVisible());
+  QEnterEvent enter({5, 5}, {5, 5}, {5, 5});
+  QCoreApplication::sendEvent(name, &enter);
+  const auto before = island_.words();
+  island_.platform.time.advanceBy(Seconds(1));
+  EXPECT_EQ(island_.words(), before);  // no tooltip
+  island_.store.toggleSelection(island_.item("two.png"));
+  island_.settle();
+  EXPECT_NE(island_.button("Rename"), nullptr);
+}
+
+TEST_F(MetaRowTest, aSelectionThatEmptiesEndsIt) {
+  askForRename();
+  type("x");
+  island_.store.toggleSelection(island_.item("two.png"));
+  island_.settle();
+  EXPECT_FALSE(field().isVisible());
+  EXPECT_TRUE(exists("two.png"));
+}
+
 TEST_F(MetaRowTest, theRequestThatWasThereBeforeIsNone) {
   Island other;
   other.ingest("one.png");
@@ -149,15 +195,18 @@ TEST_F(MetaRowTest, whatTheLibraryRefusesIsSaid) {
   EXPECT_FALSE(island_.says("The file could not be renamed"));
 }
 
-TEST_F(MetaRowTest, theRefusalStaysWhenAnotherControlShowsItsHelp) {
+TEST_F(MetaRowTest, theRefusalStandsInTheWayOfAnotherControlsHelp) {
   askForRename();
   type(" ");
   press(Qt::Key_Return);
   QEnterEvent enter({5, 5}, {5, 5}, {5, 5});
   QCoreApplication::sendEvent(island_.button("Save filename"), &enter);
   island_.platform.time.advanceBy(Seconds(1));
-  EXPECT_TRUE(island_.says("Save filename (Enter)"));
   EXPECT_TRUE(warns("Enter a name"));
+  EXPECT_FALSE(island_.says("Save filename (Enter)"));
+  type("x");
+  EXPECT_FALSE(island_.says("Enter a name"));
+  EXPECT_TRUE(island_.says("Save filename (Enter)"));
 }
 
 TEST_F(MetaRowTest, anotherSelectionEndsItWithoutAChange) {
@@ -207,6 +256,21 @@ TEST_F(MetaRowTest, losingTheKeyboardKeepsTheDraft) {
   askForRename();
   EXPECT_TRUE(field().hasFocus());
   EXPECT_EQ(field().text(), QStringLiteral("draft"));
+}
+
+// However the island as a whole is given the keyboard: by the pointer that comes back, by a press on its body.
+TEST_F(MetaRowTest, theOpenFieldIsWhereTheIslandsKeyboardIs) {
+  askForRename();
+  type("draft");
+  island_.view->setFocus(Qt::OtherFocusReason);
+  EXPECT_EQ(QApplication::focusWidget(), &field());
+  island_.button("Cancel rename")->setFocus(Qt::TabFocusReason);
+  island_.view->setFocus(Qt::MouseFocusReason);
+  EXPECT_EQ(QApplication::focusWidget(), &field());
+  press(Qt::Key_Backspace);
+  EXPECT_EQ(field().text(), QStringLiteral("draf"));
+  press(Qt::Key_Escape);
+  EXPECT_EQ(QApplication::focusWidget(), island_.view.get());
 }
 
 TEST_F(MetaRowTest, severalSelectedAreCountedAndNotRenamed) {
@@ -265,6 +329,14 @@ TEST_F(MetaRowTest, thePencilShowsItselfToThePointerAndToTheKeyboard) {
   EXPECT_FALSE(isSeen());
   pencil->setFocus(Qt::TabFocusReason);
   EXPECT_TRUE(isSeen());
+  pencil->clearFocus();
+  EXPECT_FALSE(isSeen());
+  // What goes under the pointer is not told that the pointer left.
+  QCoreApplication::sendEvent(&row(), &enter);
+  EXPECT_TRUE(isSeen());
+  island_.view->hide();
+  island_.view->show();
+  EXPECT_FALSE(isSeen());
 }
 
 TEST_F(MetaRowTest, aNameThatIsNoTextSurvivesAnUnchangedDraft) {

@@ -1,5 +1,6 @@
 // What presses, clicks and drags on the large preview do.
 #include <QtCore/QCoreApplication>
+#include <QtGui/QAccessible>
 #include <QtGui/QEnterEvent>
 #include <QtGui/QMouseEvent>
 #include <gmock/gmock.h>
@@ -70,6 +71,47 @@ TEST_F(PreviewInteraction, aClickOpensThePreviewWindowOnceItCannotBecomeADoubleC
   still();
   EXPECT_THAT(island_.quickLooks, ElementsAre("one.png"));
   EXPECT_THAT(island_.editors, IsEmpty());
+}
+
+TEST_F(PreviewInteraction, whatAClickWillOpenIsPreparedFromTheReleaseOn) {
+  mouse(QEvent::MouseButtonPress);
+  EXPECT_EQ(island_.prepared, std::nullopt);
+  mouse(QEvent::MouseButtonRelease);
+  EXPECT_EQ(island_.prepared, "one.png");
+  still();
+  EXPECT_THAT(island_.quickLooks, ElementsAre("one.png"));
+  EXPECT_EQ(island_.prepared, "one.png") << "to be opened, not dropped";
+}
+
+TEST_F(PreviewInteraction, nothingStaysPreparedAfterADoubleClickOrADrag) {
+  click();
+  ASSERT_EQ(island_.prepared, "one.png");
+  mouse(QEvent::MouseButtonDblClick);
+  EXPECT_EQ(island_.prepared, std::nullopt);
+  mouse(QEvent::MouseButtonRelease);
+  EXPECT_EQ(island_.prepared, std::nullopt);
+  click();
+  mouse(QEvent::MouseButtonPress);
+  mouse(QEvent::MouseMove, {30, 20});
+  EXPECT_EQ(island_.prepared, std::nullopt);
+  mouse(QEvent::MouseButtonRelease, {30, 20});
+  still();
+  EXPECT_EQ(island_.prepared, std::nullopt);
+  EXPECT_THAT(island_.quickLooks, IsEmpty());
+}
+
+TEST_F(PreviewInteraction, nothingStaysPreparedOfAnItemThatIsNoLongerShown) {
+  island_.ingest("two.png");
+  still();
+  click();
+  ASSERT_EQ(island_.prepared, "two.png");
+  island_.store.select(island_.item("one.png").id);
+  island_.settle();
+  EXPECT_EQ(island_.prepared, std::nullopt);
+  click();
+  ASSERT_EQ(island_.prepared, "one.png");
+  island_.view->hide();
+  EXPECT_EQ(island_.prepared, std::nullopt);
 }
 
 TEST_F(PreviewInteraction, aDoubleClickOpensTheEditorAndNothingElse) {
@@ -195,6 +237,18 @@ TEST_F(PreviewInteraction, comesForwardUnderThePointerAndGoesBack) {
   EXPECT_EQ(outside(), before);
 }
 
+TEST_F(PreviewInteraction, comesForwardWithoutAPictureToo) {
+  island_.platform.files.remove("/home/user/Desktop/one.png");
+  island_.store.removeMissingFiles();
+  island_.compositor.isThere().set(false);
+  still();
+  const auto outside = [this] { return island_.picture().pixelColor(9, 99); };
+  const QColor before = outside();
+  enter();
+  still();
+  EXPECT_LT(outside().lightness(), before.lightness());
+}
+
 TEST_F(PreviewInteraction, anotherItemsPictureIsRevealed) {
   island_.compositor.isThere().set(false);
   still();
@@ -242,6 +296,32 @@ TEST_F(PreviewInteraction, aFileThatIsNoPictureIsToldApartFromOneThatIsStillToCo
   const auto asked = island_.requests.size();
   still();
   EXPECT_EQ(island_.requests.size(), asked);
+}
+
+TEST_F(PreviewInteraction, isAButtonForScreenReadersThatOpensThePreviewWindowAtOnce) {
+  QAccessibleInterface* button = QAccessible::queryAccessibleInterface(&preview());
+  ASSERT_NE(button, nullptr);
+  EXPECT_EQ(button->role(), QAccessible::Button);
+  EXPECT_EQ(button->text(QAccessible::Name), QStringLiteral("one.png preview"));
+  EXPECT_FALSE(button->state().disabled);
+  ASSERT_NE(button->actionInterface(), nullptr);
+  EXPECT_EQ(button->actionInterface()->actionNames(), QStringList{QAccessibleActionInterface::pressAction()});
+  button->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+  EXPECT_THAT(island_.quickLooks, ElementsAre("one.png"));
+  still();
+  EXPECT_THAT(island_.quickLooks, ElementsAre("one.png"));
+}
+
+TEST_F(PreviewInteraction, withoutAnItemThereIsNothingToPress) {
+  island_.platform.files.remove("/home/user/Desktop/one.png");
+  island_.store.removeMissingFiles();
+  still();
+  QAccessibleInterface* button = QAccessible::queryAccessibleInterface(&preview());
+  EXPECT_EQ(button->text(QAccessible::Name), QStringLiteral("No preview"));
+  EXPECT_TRUE(button->state().disabled);
+  EXPECT_TRUE(button->actionInterface()->actionNames().isEmpty());
+  button->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+  EXPECT_THAT(island_.quickLooks, IsEmpty());
 }
 
 TEST_F(PreviewInteraction, isOneStopOfTheTabKey) {

@@ -248,6 +248,9 @@ void act(Island& island, SceneState state) {
       enter(find<MainPreview>(island));
       press(find<MainPreview>(island));
       break;
+    case SceneState::dragging:
+      island.root().isExportDragging.set(true);
+      break;
     case SceneState::ring:
       island.state.showDismissProgress.set(true);
       island.state.dismissProgress.set(0.62);
@@ -291,16 +294,17 @@ std::vector<Words> wordsOf(const Island& island) {
 }  // namespace
 
 std::string nameOf(SceneState state) {
-  static constexpr const char* names[] = {"empty", "one",         "several",       "hover",  "holding",
-                                          "ring",  "recovery",    "recoveryHover", "rename", "thin",
-                                          "dot",   "transparent", "broken",        "focus"};
+  static constexpr const char* names[] = {"empty",    "one",  "several",     "hover",         "holding",
+                                          "dragging", "ring", "recovery",    "recoveryHover", "rename",
+                                          "thin",     "dot",  "transparent", "broken",        "focus"};
   return names[static_cast<std::size_t>(state)];
 }
 
 const std::vector<SceneState>& allSceneStates() {
   using enum SceneState;
-  static const std::vector<SceneState> states{empty,         one,    several, hover, holding,     ring,   recovery,
-                                              recoveryHover, rename, thin,    dot,   transparent, broken, focus};
+  static const std::vector<SceneState> states{empty,    one,  several,     hover,         holding,
+                                              dragging, ring, recovery,    recoveryHover, rename,
+                                              thin,     dot,  transparent, broken,        focus};
   return states;
 }
 

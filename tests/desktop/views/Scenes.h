@@ -18,6 +18,7 @@ enum class SceneState {
   several,   // many captures, three of them selected
   hover,     // the pointer on a control, with its tooltip, after it was on the preview
   holding,   // the preview is pressed
+  dragging,  // and dragged out
   ring,      // counting down
   recovery,  // the folder cannot be read
   recoveryHover,

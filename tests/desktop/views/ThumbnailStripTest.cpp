@@ -4,6 +4,7 @@
 #include <QtGui/QMouseEvent>
 #include <QtGui/QWheelEvent>
 #include <algorithm>
+#include <cmath>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -90,16 +91,18 @@ TEST_F(ThumbnailStripTest, showsTheNewestFirst) {
   EXPECT_EQ(cell("shot0.png").square().left(), 2 * (24 + 8));
 }
 
-TEST_F(ThumbnailStripTest, cellsStandBelowTheInsetAsFarAsThereIsRoom) {
+TEST_F(ThumbnailStripTest, cellsAreSquaresInsetInTheTrayOrInItsMiddle) {
   island_.ingest("one.png");
-  for (const auto& [size, side, top] : {std::tuple{IslandSize::extraSmall, 24, 0},
-                                        {IslandSize::small, 30, 0},
-                                        {IslandSize::medium, 34, 0},
-                                        {IslandSize::large, 38, 2},
-                                        {IslandSize::xLarge, 42, 2}}) {
+  for (const auto& [size, side, top] : {std::tuple{IslandSize::extraSmall, 24, 0.0},
+                                        {IslandSize::small, 30, 0.0},
+                                        {IslandSize::medium, 34, 0.0},
+                                        {IslandSize::large, 38, 1.0},
+                                        {IslandSize::xLarge, 42, 1.5}}) {
     island_.setSize(size);
     rest();
     EXPECT_EQ(cell("one.png").square(), QRectF(0, top, side, side)) << static_cast<int>(size);
+    EXPECT_EQ(cell("one.png").size(), QSize(side, side));
+    EXPECT_TRUE(strip().rect().contains(cell("one.png").geometry()));
   }
 }
 
@@ -125,13 +128,29 @@ TEST_F(ThumbnailStripTest, shiftSelectsTheRangeAndControlOneMore) {
   EXPECT_THAT(selected(), ElementsAre("shot5.png", "shot3.png", "shot2.png", "shot1.png"));
 }
 
-TEST_F(ThumbnailStripTest, aClickInTheGapBelongsToTheNearestCell) {
+TEST_F(ThumbnailStripTest, aCellTakesThePointerOnItsSquareAndNowhereElse) {
   ingestNumbered(3);
-  const QRectF first = cell("shot2.png").square();
-  clickAt({first.right() + 5, 1});
-  EXPECT_THAT(selected(), ElementsAre("shot1.png"));
-  clickAt({first.right() + 2, 25});
+  const QRectF square = cell("shot1.png").square();
+  const auto hit = [this](QPointF at) { return strip().childAt(at.toPoint()); };
+  for (const QPointF corner : {square.topLeft(), square.topLeft() + QPointF(23, 23)}) {
+    EXPECT_EQ(hit(corner), &cell("shot1.png"));
+  }
+  EXPECT_EQ(hit({square.left() - 1, square.center().y()}), nullptr);
+  EXPECT_EQ(hit({square.left() + 24, square.center().y()}), nullptr);
+  EXPECT_EQ(hit({square.center().x(), square.top() + 24}), nullptr) << "the tray is a little higher";
+  mouse(strip(), QEvent::MouseButtonPress, {square.right() + 4, 5});
+  mouse(strip(), QEvent::MouseButtonRelease, {square.right() + 4, 5});
   EXPECT_THAT(selected(), ElementsAre("shot2.png"));
+}
+
+// None of them then, though the preview goes on showing the newest.
+TEST_F(ThumbnailStripTest, aControlClickOnTheOnlySelectedCellLeavesNoneSelected) {
+  ingestNumbered(2);
+  click("shot1.png", Qt::ControlModifier);
+  EXPECT_TRUE(island_.store.selectedItemIDs.get().empty());
+  EXPECT_FALSE(cell("shot1.png").isSelected());
+  EXPECT_FALSE(cell("shot0.png").isSelected());
+  EXPECT_TRUE(island_.says("shot1.png preview"));
 }
 
 TEST_F(ThumbnailStripTest, anotherButtonSelectsNothing) {
@@ -326,6 +345,110 @@ TEST_F(ThumbnailStripTest, thePrimaryStandsOutAgainstTheOtherSelectedOnesAndThes
   EXPECT_LT(atEdge("shot2.png").saturation(), 40);
   EXPECT_GT(atEdge("shot1.png").saturation(), 150);
 }
+
+// What one colour laid over another with so much opacity gives.
+QColor over(const QColor& below, const Color& colour, double opacity = 1) {
+  const double share = colour.alpha * opacity;
+  const auto channel = [share](double from, double to) {
+    return static_cast<int>(std::lround(255 * std::lerp(from, to, share)));
+  };
+  return {channel(below.redF(), colour.red), channel(below.greenF(), colour.green),
+          channel(below.blueF(), colour.blue)};
+}
+
+bool isNear(const QColor& one, const QColor& other, int tolerance) {
+  return std::abs(one.red() - other.red()) <= tolerance && std::abs(one.green() - other.green()) <= tolerance &&
+         std::abs(one.blue() - other.blue()) <= tolerance;
+}
+
+std::string text(const QColor& colour) {
+  return colour.name().toStdString();
+}
+
+// Over the panel's own colour, which is even along the strip, in both appearances.
+class PaintedCells : public ThumbnailStripTest, public testing::WithParamInterface<IslandAppearanceStyle> {
+ protected:
+  PaintedCells() {
+    island_.state.appearanceStyle.set(GetParam());
+    ingestNumbered(3);
+  }
+  // The colours of the panel are on the way from top to bottom: beside the cell in the same line.
+  [[nodiscard]] QColor ground(QPointF at) { return colourAt({strip().width() - 30.0, at.y()}); }
+  // Clear ones leave the plate to be seen.
+  void giveClearThumbnails() {
+    island_.giveThumbnails(Qt::transparent);
+    rest();
+  }
+  [[nodiscard]] QPointF middle(const std::string& name) const { return cell(name).square().center(); }
+  // Of the line inside the edge, half way up the left side.
+  [[nodiscard]] QPointF onStroke(const std::string& name) const {
+    return {cell(name).square().left(), middle(name).y()};
+  }
+  // Below the middle of the lower edge.
+  [[nodiscard]] QPointF below(const std::string& name) const {
+    return {middle(name).x(), cell(name).square().bottom() + 1};
+  }
+  void expectColour(QPointF at, const QColor& wanted, int tolerance = 2) {
+    const QColor seen = colourAt(at);
+    EXPECT_TRUE(isNear(seen, wanted, tolerance)) << text(seen) << " for " << text(wanted);
+  }
+
+  const IslandThemeTokens tokens_ = IslandThemeTokens::forAppearance(GetParam(), false);
+};
+
+TEST_P(PaintedCells, anUnselectedPlateHasItsFillItsStrokeAndItsOpacity) {
+  giveClearThumbnails();
+  const QPointF inside = middle("shot0.png");
+  const QColor plate = over(ground(inside), tokens_.thumbnailPlateFill, tokens_.unselectedThumbnailOpacity);
+  expectColour(inside, plate);
+  expectColour(onStroke("shot0.png"), over(plate, tokens_.thumbnailDefaultStroke, tokens_.unselectedThumbnailOpacity));
+  expectColour(below("shot0.png"), ground(below("shot0.png")));
+}
+
+TEST_P(PaintedCells, aSelectedPlateHasTheFillTheStrokeAndTheShadowOfTheSelected) {
+  giveClearThumbnails();
+  // Not the one in the preview, whose ring lies on the stroke.
+  island_.store.selectedItemIDs.set({island_.item("shot2.png").id, island_.item("shot0.png").id});
+  rest();
+  const QPointF inside = middle("shot0.png");
+  const QColor plate = over(ground(inside), tokens_.thumbnailPlateSelectedFill);
+  expectColour(inside, plate);
+  expectColour(onStroke("shot0.png"), over(plate, tokens_.thumbnailSelectedStroke), 6);  // the shadow begins there
+  const QColor shadowed = colourAt(below("shot0.png"));
+  const QColor ground = this->ground(below("shot0.png"));
+  EXPECT_LT(shadowed.lightness(), ground.lightness());
+  // Nowhere darker than the shadow's own opacity makes it.
+  EXPECT_GE(shadowed.lightness() + 2, over(ground, Color::black(tokens_.thumbnailSelectedShadowOpacity)).lightness());
+}
+
+TEST_P(PaintedCells, aPictureIsPalerUntilItIsSelected) {
+  island_.giveThumbnails(Qt::red);
+  rest();
+  const QPointF inside = middle("shot0.png");
+  const QColor plate = over(ground(inside), tokens_.thumbnailPlateFill, tokens_.unselectedThumbnailOpacity);
+  expectColour(inside, over(plate, Color{1, 0, 0, 1}, tokens_.unselectedThumbnailOpacity));
+  island_.store.select(island_.item("shot0.png").id);
+  rest();
+  expectColour(inside, Qt::red);
+}
+
+TEST_P(PaintedCells, thePointerGivesNoneOfTheColoursOfTheSelected) {
+  giveClearThumbnails();
+  const QPointF inside = middle("shot0.png");
+  const QColor before = colourAt(inside);
+  cell("shot0.png").setHovered(true);
+  rest();
+  EXPECT_EQ(colourAt(inside), before);
+  island_.giveThumbnails(Qt::red);
+  rest();
+  const QColor hovered = colourAt(inside);
+  cell("shot0.png").setHovered(false);
+  rest();
+  EXPECT_EQ(colourAt(inside), hovered);
+}
+
+INSTANTIATE_TEST_SUITE_P(Appearances, PaintedCells,
+                         testing::Values(IslandAppearanceStyle::light, IslandAppearanceStyle::dark));
 
 TEST_F(ThumbnailStripTest, aThumbnailThatDoesNotComeHasASymbolInItsPlaceAfterAWhile) {
   ingestNumbered(1);

@@ -1,6 +1,7 @@
 #include "tests/desktop/views/ToolbarRowTest.h"
 
 #include <QtGui/QAccessible>
+#include <QtGui/QWindow>
 #include <array>
 #include <gmock/gmock.h>
 
@@ -184,19 +185,13 @@ TEST_F(ToolbarRowTest, tabWalksTheControlsInTheirOrder) {
   EXPECT_TRUE(control("Copy").hasFocus());
 }
 
-TEST_F(ToolbarRowTest, arrowsGoFromControlToControlAndStopAtTheEnds) {
-  control("Copy").setFocus(Qt::TabFocusReason);
-  type(control("Copy"), Qt::Key_Left);
-  EXPECT_TRUE(control("Copy").hasFocus());
-  for (std::size_t index = 0; index + 1 < kToolbarControls; ++index) {
-    type(control(kNames.at(index)), Qt::Key_Right);
-    EXPECT_TRUE(control(kNames.at(index + 1)).hasFocus());
+// They go along the strip, whatever has the focus.
+TEST_F(ToolbarRowTest, arrowsAreNotTheControlsOwn) {
+  control("Share").setFocus(Qt::TabFocusReason);
+  for (const Qt::Key arrow : {Qt::Key_Left, Qt::Key_Right}) {
+    EXPECT_FALSE(key(control("Share"), arrow));
+    EXPECT_TRUE(control("Share").hasFocus());
   }
-  type(control("Close"), Qt::Key_Right);
-  EXPECT_TRUE(control("Close").hasFocus());
-  row_.setHasSelectedItem(false);
-  type(control("Close"), Qt::Key_Left);
-  EXPECT_TRUE(control("Close").hasFocus());
 }
 
 TEST_F(ToolbarRowTest, spaceAndEnterPressTheControlThatHasTheFocus) {
@@ -212,9 +207,11 @@ TEST_F(ToolbarRowTest, aControlKeepsItsOwnKeysFromShortcuts) {
   const auto keeps = [this](Qt::Key code, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
     return key(control("Share"), code, QEvent::ShortcutOverride, modifiers);
   };
-  for (const Qt::Key code : {Qt::Key_Space, Qt::Key_Return, Qt::Key_Enter, Qt::Key_Left, Qt::Key_Right}) {
+  for (const Qt::Key code : {Qt::Key_Space, Qt::Key_Return, Qt::Key_Enter}) {
     EXPECT_TRUE(keeps(code)) << code;
   }
+  EXPECT_FALSE(keeps(Qt::Key_Left));
+  EXPECT_FALSE(keeps(Qt::Key_Right));
   EXPECT_TRUE(keeps(Qt::Key_Enter, Qt::KeypadModifier));
   EXPECT_FALSE(keeps(Qt::Key_C, Qt::ControlModifier));
   EXPECT_FALSE(keeps(Qt::Key_Backspace));
@@ -246,5 +243,58 @@ TEST_F(ToolbarRowTest, controlsAreButtonsToAScreenReader) {
   }
 }
 
+// As the desktop delivers it: to the window, which finds whom it is for.
+TEST_F(ToolbarRowTest, aPressOnAControlOfNoUseMovesNoWindow) {
+  row_.setHasSelectedItem(false);
+  QWindow* window = root_.windowHandle();
+  const QPointF start = control("Share").mapTo(&root_, control("Share").rect().center());
+  const auto deliver = [&](QEvent::Type type, QPointF at) {
+    QMouseEvent event(type, at, window->mapToGlobal(at), type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton,
+                      type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(window, &event);
+  };
+  deliver(QEvent::MouseButtonPress, start);
+  EXPECT_EQ(row_.cursor().shape(), Qt::OpenHandCursor);
+  deliver(QEvent::MouseMove, start + QPointF(30, 20));
+  deliver(QEvent::MouseButtonRelease, start + QPointF(30, 20));
+  EXPECT_THAT(done_, IsEmpty());
+  // The same way, on the empty part.
+  const QPointF empty = row_.geometry().topLeft() + QPointF(row_.width() / 2.0 + 50, row_.height() / 2.0);
+  deliver(QEvent::MouseButtonPress, empty);
+  deliver(QEvent::MouseMove, empty + QPointF(30, 20));
+  deliver(QEvent::MouseButtonRelease, empty + QPointF(30, 20));
+  EXPECT_THAT(done_, ElementsAre("dragged", "dropped"));
+}
+
+TEST_F(ToolbarRowTest, anIconGrowsALittleUnderThePointer) {
+  constexpr double scale = 16;
+  const auto width = [this] {
+    QImage image((QSizeF(row_.size()) * scale).toSize(), QImage::Format_RGB32);
+    image.setDevicePixelRatio(scale);
+    image.fill(Qt::white);
+    row_.render(&image, QPoint(), QRegion(), QWidget::DrawChildren);
+    const QRect area = control("View in Folder").geometry();
+    QRect ink;
+    for (int y = static_cast<int>(area.top() * scale); y < (area.bottom() + 1) * scale; ++y) {
+      for (int x = static_cast<int>(area.left() * scale); x < (area.right() + 1) * scale; ++x) {
+        if (qGray(image.pixel(x, y)) < 150) {
+          ink |= QRect(x, y, 1, 1);
+        }
+      }
+    }
+    return ink.width();
+  };
+  const int resting = width();
+  enter(control("View in Folder"));
+  pass(Seconds(0.05));
+  const int growing = width();
+  pass(kSettled);
+  EXPECT_GT(growing, resting);
+  EXPECT_LT(growing, width());
+  EXPECT_NEAR(width(), resting * 1.035, 2);
+  leave(control("View in Folder"));
+  pass(kSettled);
+  EXPECT_EQ(width(), resting);
+}
 }  // namespace
 }  // namespace quenlio

@@ -114,7 +114,7 @@ class ToolbarRowTest : public testing::Test {
   IslandThemeTokens tokens_ = IslandThemeTokens::forAppearance(IslandAppearanceStyle::light, false);
   std::vector<std::string> done_;
   QWidget root_;
-  TooltipHost tooltips_{&root_, time_, time_};
+  AppTooltipHostModifier tooltips_{&root_, time_, time_};
   ToolbarRow row_{&root_,
                   tooltips_,
                   time_,

@@ -1,8 +1,10 @@
-#include "desktop/views/island/CloseButton.h"
+#include "desktop/views/island/CloseToolbarButton.h"
 
 #include <QtGui/QPainter>
 #include <cmath>
 #include <numbers>
+
+#include "core/island/IslandMotion.h"
 
 #include "desktop/views/common/QtColor.h"
 
@@ -12,27 +14,25 @@ namespace {
 constexpr double kRingWidth = 1.75;  // that of the icons' lines at their own size
 constexpr double kRingOpacity = 0.8;
 constexpr double kTrackOpacity = 0.16;
-constexpr double kLeastStep = 0.2;  // pixels that the ring's end has to move before it is worth drawing
-constexpr TimedCurve kAppear{kEaseOut, Seconds(0.16)};
-constexpr TimedCurve kDisappear{kEaseOut, Seconds(0.24)};
+constexpr double kLeastStep = 0.2;       // pixels that the ring's end has to move before it is worth drawing
 constexpr double kWholeTurn = 360 * 16;  // as the painter counts angles
 constexpr int kTop = 90 * 16;
 
 }  // namespace
 
-CloseButton::CloseButton(QWidget* row, Scheduler& scheduler, const Clock& clock)
-    : ToolbarControl(row, "xmark", scheduler, clock),
-      ringOpacity_(scheduler, clock, 0, weak_.bind([](CloseButton& self) { self.update(); })) {}
+CloseToolbarButton::CloseToolbarButton(QWidget* row, Scheduler& scheduler, const Clock& clock)
+    : ToolbarControl(row, ToolbarControlID::close, scheduler, clock),
+      ringOpacity_(scheduler, clock, 0, weak_.bind([](CloseToolbarButton& self) { self.update(); })) {}
 
-CloseButton::~CloseButton() {
+CloseToolbarButton::~CloseToolbarButton() {
   weak_.letGo();
 }
 
-void CloseButton::showDismissProgress(std::optional<double> progress) {
+void CloseToolbarButton::showDismissProgress(std::optional<double> progress) {
   isCounting_ = progress.has_value();
   const double opacity = isCounting_ ? 1 : 0;
   if (isVisible()) {
-    ringOpacity_.animateTo(opacity, isCounting_ ? kAppear : kDisappear);
+    ringOpacity_.animateTo(opacity, IslandMotion::kEase);
   } else {
     ringOpacity_.jumpTo(opacity);
   }
@@ -43,13 +43,13 @@ void CloseButton::showDismissProgress(std::optional<double> progress) {
   }
 }
 
-void CloseButton::hideEvent(QHideEvent* event) {
+void CloseToolbarButton::hideEvent(QHideEvent* event) {
   ToolbarControl::hideEvent(event);
   ringOpacity_.jumpTo(isCounting_ ? 1 : 0);
 }
 
 // From the top clockwise; its end comes back towards the top.
-void CloseButton::paintBackground(QPainter& painter) {
+void CloseToolbarButton::paintBackground(QPainter& painter) {
   if (ringOpacity_.value() == 0) {
     return;
   }

@@ -1,7 +1,8 @@
-#include "desktop/views/island/GlassSurface.h"
+#include "desktop/views/island/GlassSurfaceModifier.h"
 
 #include <QtGui/QPaintEvent>
 #include <QtGui/QPainter>
+#include <algorithm>
 #include <cmath>
 #include <iterator>
 
@@ -19,30 +20,31 @@ struct Body;
 constexpr double kUnderWindowBackgroundOpacity = 0.56;
 constexpr double kTopStrokeOpacity = 0.78;
 constexpr double kBottomStrokeOpacity = 0.75;
-// What is sharp behind the glass would show up between letters and in the picture: most of it is held back.
-constexpr double kHeldBack = 0.8;
+// What is sharp behind the glass would show up between letters and in the picture: most of what the content lets
+// through is held back. Always as much of it, so that the panel fades by what its content fades by.
+constexpr double kHeldBack = 0.09;
 
 }  // namespace
 
-GlassSurface::GlassSurface(QWidget* content) : QWidget(content) {
+GlassSurfaceModifier::GlassSurfaceModifier(QWidget* content) : QWidget(content) {
   setAttribute(Qt::WA_TransparentForMouseEvents);
   setFocusPolicy(Qt::NoFocus);
 }
 
-void GlassSurface::apply(const IslandTheme& theme, double cornerRadius) {
+void GlassSurfaceModifier::apply(const IslandTheme& theme, double cornerRadius) {
   theme_ = theme;
   cornerRadius_ = cornerRadius;
   update();
 }
 
-void GlassSurface::setContainerOpacity(double opacity) {
+void GlassSurfaceModifier::setContainerOpacity(double opacity) {
   if (opacity != containerOpacity_) {
     containerOpacity_ = opacity;
     update();
   }
 }
 
-void GlassSurface::paintBody(QPainter& painter) const {
+void GlassSurfaceModifier::paintBody(QPainter& painter) const {
   painter.fillRect(rect(), toQColor(theme_.material.hudWindow));
   painter.fillRect(rect(), toQColor(theme_.material.underWindowBackground.opacity(kUnderWindowBackgroundOpacity)));
   painter.fillRect(rect(), toQColor(theme_.tokens.containerTint));
@@ -53,7 +55,7 @@ void GlassSurface::paintBody(QPainter& painter) const {
   painter.fillRect(rect(), light);
 }
 
-void GlassSurface::paintEvent(QPaintEvent* event) {
+void GlassSurfaceModifier::paintEvent(QPaintEvent* event) {
   QPainter painter(this);
   const bool isAtEdge = !isWellInside(event->rect());
   if (isAtEdge) {
@@ -63,16 +65,17 @@ void GlassSurface::paintEvent(QPaintEvent* event) {
     painter.setCompositionMode(QPainter::CompositionMode_DestinationIn);
     painter.fillRect(event->rect(), QColor::fromRgbF(0, 0, 0, static_cast<float>(containerOpacity_)));
   }
-  if (theme_.backing == GlassBacking::composited) {
+  if (theme_.backing == GlassBacking::composited && containerOpacity_ < 1) {
+    const double behind = std::min(kHeldBack / (1 - containerOpacity_), 1.0);
     painter.setCompositionMode(QPainter::CompositionMode_DestinationOver);
-    painter.fillRect(event->rect(), toQColor(theme_.material.hudWindow.opacity(kHeldBack)));
+    painter.fillRect(event->rect(), toQColor(theme_.material.hudWindow.opacity(behind)));
   }
   if (isAtEdge) {
     takeCornersAway(painter);
   }
 }
 
-void GlassSurface::strokeEdge(QPainter& painter) const {
+void GlassSurfaceModifier::strokeEdge(QPainter& painter) const {
   QLinearGradient stroke(0, 0, 0, height());
   stroke.setColorAt(0, toQColor(theme_.tokens.containerTopHighlight.opacity(kTopStrokeOpacity)));
   stroke.setColorAt(1, toQColor(theme_.tokens.edgeStrokeColor.opacity(kBottomStrokeOpacity)));
@@ -92,7 +95,7 @@ void GlassSurface::strokeEdge(QPainter& painter) const {
 
 // A window without a compositor has no smooth edge: of its corners whole pixels are seen or not. Those that the body
 // covers in part are brought near the edge's tone, between those of the body and of most that is around it.
-void GlassSurface::takeCornersAway(QPainter& painter) const {
+void GlassSurfaceModifier::takeCornersAway(QPainter& painter) const {
   const bool isOpaque = theme_.backing == GlassBacking::opaque;
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setPen(Qt::NoPen);
@@ -115,7 +118,7 @@ void GlassSurface::takeCornersAway(QPainter& painter) const {
   }
 }
 
-bool GlassSurface::isWellInside(const QRect& part) const {
+bool GlassSurfaceModifier::isWellInside(const QRect& part) const {
   const int line = theme_.backing == GlassBacking::opaque ? 2 : 1;
   const int corner = static_cast<int>(std::ceil(continuousCornerReach(cornerRadius_)));
   return rect().adjusted(line, corner, -line, -corner).contains(part) ||

@@ -12,9 +12,9 @@
 
 namespace quenlio {
 
-class GlassSurface final : public QWidget {
+class GlassSurfaceModifier final : public QWidget {
  public:
-  explicit GlassSurface(QWidget* content);
+  explicit GlassSurfaceModifier(QWidget* content);
 
   void apply(const IslandTheme& theme, double cornerRadius);
   // Of the content as a whole, 0 to 1. Where nothing shines through it acts as 1.

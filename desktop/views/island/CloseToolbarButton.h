@@ -8,10 +8,10 @@
 
 namespace quenlio {
 
-class CloseButton final : public ToolbarControl {
+class CloseToolbarButton final : public ToolbarControl {
  public:
-  CloseButton(QWidget* row, Scheduler& scheduler, const Clock& clock);
-  ~CloseButton() override;
+  CloseToolbarButton(QWidget* row, Scheduler& scheduler, const Clock& clock);
+  ~CloseToolbarButton() override;
 
   // The share of the time that is left, 1 falling to 0, or nothing while nothing is counted: the ring then fades as it
   // stood last.
@@ -24,7 +24,7 @@ class CloseButton final : public ToolbarControl {
  private:
   [[nodiscard]] double ringRadius() const { return iconSize() * 0.62; }
 
-  WeakOwner<CloseButton> weak_{this};
+  WeakOwner<CloseToolbarButton> weak_{this};
   bool isCounting_ = false;
   double progress_ = 1;
   Motion ringOpacity_;
