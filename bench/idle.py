@@ -87,14 +87,8 @@ def start_tray(session):
                     "the tray", 20)
 
 
-def main():
-    program = Path(sys.argv[1]).resolve()
-    measured = {"quenlio": quenlio_idle(program), "flameshot": rival_idle("flameshot"), "ksnip": rival_idle("ksnip")}
-    print(f"{SECONDS:.0f} s of doing nothing; memory in MB (of a million bytes)", flush=True)
-    table(("program", "PSS", "own, written", "CPU, % of a core", "wake-ups", "processes"),
-          [(name, f"{idle.pss:.1f}", f"{idle.own:.1f}", f"{idle.processor:.3f}", idle.wakeups, idle.processes)
-           for name, idle in measured.items()])
-
+def judge(measured):
+    """The status of a benchmark that measured these programs, by their names."""
     goals = Goals()
     ours = measured["quenlio"]
     goals.at_most("idle-memory", ours.pss, 35, "MB")
@@ -102,6 +96,16 @@ def main():
                   "MB")
     goals.at_most("idle-processor", ours.processor, 0.1, "%")
     return goals.status()
+
+
+def main():
+    program = Path(sys.argv[1]).resolve()
+    measured = {"quenlio": quenlio_idle(program), "flameshot": rival_idle("flameshot"), "ksnip": rival_idle("ksnip")}
+    print(f"{SECONDS:.0f} s of doing nothing; memory in MB (of a million bytes)", flush=True)
+    table(("program", "PSS", "own, written", "CPU, % of a core", "wake-ups", "processes"),
+          [(name, f"{idle.pss:.1f}", f"{idle.own:.1f}", f"{idle.processor:.3f}", idle.wakeups, idle.processes)
+           for name, idle in measured.items()])
+    return judge(measured)
 
 
 if __name__ == "__main__":

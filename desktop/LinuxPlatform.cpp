@@ -51,11 +51,12 @@ LinuxPlatform::LinuxPlatform(const LinuxProcessInfo& process, const LinuxMainBun
                              .appearance = appearance_,
                              .compositor = compositor_,
                              .starter = programStarter_}),
-      workspace_(programStarter_),
+      workspace_(programStarter_, log_),
       draggingSessions_(compositor_),
       previewPanel_({.scheduler = scheduler_,
                      .compositor = compositor_,
                      .appearance = appearance_,
+                     .windows = windows_,
                      .pictures = PictureSource::from(decoder_)}) {}
 
 LinuxPlatform::~LinuxPlatform() {

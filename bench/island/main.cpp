@@ -2,8 +2,8 @@
 // the place that is given. What is printed is told by the headers of the series. Ends with 1 and a reason when
 // something never came.
 //
-// bench-island captures FOLDER COUNT
-//     Writes so many captures of 4K, one after the other, the newest last.
+// bench-island captures FOLDER COUNT WIDTH HEIGHT
+//     Writes so many captures of that size, one after the other, the newest last.
 // bench-island ring PID PANEL_X PANEL_Y ROUNDS SECONDS
 // bench-island pill PID PANEL_X PANEL_Y ROUNDS
 // bench-island entry PID PANEL_X PANEL_Y ROUNDS DESKTOP COMMAND...
@@ -53,8 +53,8 @@ class Arguments {
   std::vector<std::string> left_;
 };
 
-void writeCaptures(const std::string& folder, std::size_t count) {
-  const std::vector<Capture> captures = makeCaptures({3840, 2160}, count);
+void writeCaptures(const std::string& folder, std::size_t count, QSize size) {
+  const std::vector<Capture> captures = makeCaptures(size, count);
   for (std::size_t number = 0; number < count; ++number) {
     QFile file(QString::fromStdString(folder + "/" + captureName(number)));
     const QByteArray& png = captures[number].png;
@@ -87,7 +87,9 @@ void run(Arguments arguments) {
   const std::string series = arguments.text();
   if (series == "captures") {
     const std::string folder = arguments.text();
-    writeCaptures(folder, arguments.count());
+    const std::size_t count = arguments.count();
+    const int width = arguments.number();
+    writeCaptures(folder, count, {width, arguments.number()});
   } else if (series == "ring") {
     const Island island = arguments.island();
     const int rounds = arguments.number();

@@ -4,7 +4,7 @@ reader, and of one even colour."""
 import sys
 from pathlib import Path
 
-sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "tests/endtoend"))
+sys.path.append(str(Path(__file__).resolve().parents[2] / "tests/endtoend"))
 
 from harness import SCREEN_HEIGHT, SCREEN_WIDTH, Session  # noqa: E402
 from quenlio import Quenlio  # noqa: E402,F401

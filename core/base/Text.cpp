@@ -68,6 +68,15 @@ std::string lowercased(std::string_view text) {
   return lower;
 }
 
+std::string_view beginning(std::string_view text, std::size_t longest) {
+  constexpr std::size_t mostContinuations = 3;
+  std::size_t end = std::min(longest, text.size());
+  while (end > 0 && longest - end < mostContinuations && isContinuation(text, end)) {
+    --end;
+  }
+  return text.substr(0, isContinuation(text, end) ? longest : end);
+}
+
 std::size_t utf8SequenceLength(std::string_view text, std::size_t at) {
   const auto lead = static_cast<unsigned char>(text[at]);
   if (lead < 0x80) {

@@ -17,6 +17,9 @@ namespace quenlio {
 }
 [[nodiscard]] std::string lowercased(std::string_view text);
 
+// The longest beginning of at most so many bytes that cuts no UTF-8 character in two. What is no UTF-8 is cut anywhere.
+[[nodiscard]] std::string_view beginning(std::string_view text, std::size_t longest);
+
 // Length of the well-formed UTF-8 sequence at this place, which is inside the text (Unicode, table 3-7), or 0.
 [[nodiscard]] std::size_t utf8SequenceLength(std::string_view text, std::size_t at);
 

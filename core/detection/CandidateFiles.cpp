@@ -82,13 +82,15 @@ void CandidateFiles::processCandidatePath(const FileURL& url) {
   if (!hasImageExtension(url)) {
     return;
   }
+  // Nearly every path of a listing has been seen, which is cheaper to find out than whether it lies in the folder.
+  if (knownPaths_.contains(url.path())) {
+    return;
+  }
   if (!folder_ || url.parent().standardized() != folder_->standardized()) {
     return;
   }
   // From here on the path counts as seen, whatever follows: one candidate is judged once.
-  if (!knownPaths_.insert(url.path()).second) {
-    return;
-  }
+  knownPaths_.insert(url.path());
   if (!wasCreatedRecently(url) || pendingPaths_.contains(url.path())) {
     return;
   }

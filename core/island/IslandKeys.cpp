@@ -184,9 +184,8 @@ void IslandKeys::openQuickLook(const ScreenshotItem& item) {
   dependencies_.quickLook.preview(item.fileURL, allFileURLs());
 }
 
-// By the selection itself: what is not selected is neither renamed nor edited, even where it is what others act on.
 bool IslandKeys::isOneSelected() const {
-  return dependencies_.store.selectedItemIDs.get().size() == 1 && dependencies_.store.selectedItem() != nullptr;
+  return dependencies_.store.selectedItems().size() == 1;
 }
 
 bool IslandKeys::isPreviewVisible() const {

@@ -53,7 +53,7 @@ class IslandKeys {
   bool handleUndoShortcut();
   bool handleEditShortcut();
   bool handleArrowShortcut(int step, bool extendSelection);
-  // Whether exactly one screenshot is selected.
+  // Whether a key acts on exactly one screenshot.
   [[nodiscard]] bool isOneSelected() const;
   [[nodiscard]] bool isPreviewVisible() const;
   [[nodiscard]] std::vector<FileURL> allFileURLs() const;

@@ -8,8 +8,8 @@
 namespace quenlio {
 
 // Colours are white or black at an opacity, also where that is white in the light style: that is the glass. Opacities
-// are 0 to 1, lengths points. No view of the island draws with surfaceBackground, shadowOpacity or timestampOpacity: the
-// table is whole for the windows that are to look like it.
+// are 0 to 1, lengths points. No view of the island draws with surfaceBackground or timestampOpacity: the table is
+// whole for the windows that are to look like it.
 struct IslandThemeTokens {
   Color iconPrimary;
   Color iconSecondary;
@@ -42,6 +42,10 @@ struct IslandThemeTokens {
   Color thumbnailPlateFill;
   Color thumbnailPlateSelectedFill;
   double unselectedThumbnailOpacity;
+
+  // Of what is to be read, but for titles: quieter than the first of the two text colours, and unlike the second one
+  // readable through the glass too.
+  [[nodiscard]] Color bodyText() const { return textPrimary.opacity(filenameOpacity); }
 
   [[nodiscard]] static IslandThemeTokens forAppearance(IslandAppearanceStyle style, bool increaseContrast);
   bool operator==(const IslandThemeTokens&) const = default;

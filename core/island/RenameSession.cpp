@@ -14,18 +14,21 @@ constexpr std::size_t kNameLimit = 255;  // bytes, of a file's whole name
 
 }  // namespace
 
-bool RenameSession::begin(const Selection& selection) {
+RenameSession::Beginning RenameSession::begin(const Selection& selection) {
   if (!isRenamable(selection)) {
-    return false;
+    return Beginning::refused;
   }
+  isAside_ = false;
   const ScreenshotItem& item = *selection.item;
-  if (!item_ || item_->id != item.id) {
-    item_ = item;
-    firstDraft_ = readable(item.fileURL.stem());
-    draftName_ = firstDraft_;
-    refusal_.reset();
+  if (item_ && item_->id == item.id) {
+    return Beginning::goesOn;
   }
-  return true;
+  item_ = item;
+  arrival_.reset();
+  firstDraft_ = readable(item.fileURL.stem());
+  draftName_ = firstDraft_;
+  refusal_.reset();
+  return Beginning::begun;
 }
 
 std::string RenameSession::extension() const {
@@ -35,6 +38,7 @@ std::string RenameSession::extension() const {
 void RenameSession::edit(std::string draftName) {
   draftName_ = std::move(draftName);
   refusal_.reset();
+  isAside_ = false;
 }
 
 bool RenameSession::commit() {
@@ -79,11 +83,19 @@ bool RenameSession::isSelected(const Selection& selection) const {
   return isRenamable(selection) && selection.item->id == item_->id && selection.item->fileURL == item_->fileURL;
 }
 
-bool RenameSession::hasLostSelectionToArrival(const Selection& selection) const {
+bool RenameSession::hasLostSelectionToArrival(const Selection& selection) {
   const bool isStillThere = std::ranges::any_of(selection.library, [this](const ScreenshotItem& item) {
     return item.id == item_->id && item.fileURL == item_->fileURL;
   });
-  return isStillThere && isRenamable(selection) && !known_.contains(selection.item->id);
+  if (!isStillThere || !isRenamable(selection)) {
+    return false;
+  }
+  const Uuid& selected = selection.item->id;
+  if (selected != arrival_ && (isAside_ || known_.contains(selected))) {
+    return false;
+  }
+  arrival_ = selected;
+  return true;
 }
 
 std::string_view RenameSession::reasonFor(std::string_view draftName) const {

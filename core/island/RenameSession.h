@@ -21,8 +21,7 @@ class RenameSession {
   using OnRename = std::function<bool(const ScreenshotItem& item, std::string_view newName)>;
   explicit RenameSession(OnRename onRename) : onRename_(std::move(onRename)) {}
 
-  // What is selected, as far as renaming goes: the item in the preview, and how many there are. None may be selected
-  // while there is an item in the preview all the same.
+  // What is selected, as far as renaming goes: the item in the preview, and how many there are.
   struct Selection {
     const ScreenshotItem* item = nullptr;
     std::size_t count = 0;
@@ -31,9 +30,12 @@ class RenameSession {
 
   // Whether there is something to be begun, which nothing has begun yet.
   [[nodiscard]] bool isOffered(const Selection& selection) const { return isRenamable(selection) && !isEditing(); }
-  // With exactly one item selected, its name without the extension becomes the draft; true then, and also when that
-  // item is being renamed already, which keeps what has been typed.
-  bool begin(const Selection& selection);
+  enum class Beginning {
+    refused,  // not exactly one item is selected; what is being renamed goes on
+    begun,    // its name without the extension is the draft
+    goesOn,   // that item is being renamed already, and what has been typed is kept
+  };
+  Beginning begin(const Selection& selection);
   [[nodiscard]] bool isEditing() const { return item_.has_value(); }
 
   // Both as people can read them, in UTF-8, whatever bytes the file's name is made of. The extension is without its
@@ -47,12 +49,14 @@ class RenameSession {
   // bytes its readable form may not be. True when the session has ended.
   bool commit();
   void cancel();
+  // The row is out of sight. What has been typed stays; but nobody is typing any more, until edit() tells otherwise.
+  void putAside() { isAside_ = true; }
   // Why the last commit was refused.
   [[nodiscard]] const std::optional<std::string>& refusal() const { return refusal_; }
 
   // What is selected now. Ends when that is no longer the one item, with its name, that is being renamed; but not when
-  // it is one that has only just arrived, and with that has taken the selection from who was typing. True when the
-  // session has ended by this.
+  // it is one that has arrived since, and with that has taken the selection from who was typing. True when the session
+  // has ended by this.
   bool selectionChanged(const Selection& selection);
 
  private:
@@ -61,12 +65,14 @@ class RenameSession {
   }
   // Both of the item that is being renamed.
   [[nodiscard]] bool isSelected(const Selection& selection) const;
-  [[nodiscard]] bool hasLostSelectionToArrival(const Selection& selection) const;
+  [[nodiscard]] bool hasLostSelectionToArrival(const Selection& selection);
   [[nodiscard]] std::string_view reasonFor(std::string_view draftName) const;
 
   OnRename onRename_;
   std::optional<ScreenshotItem> item_;
-  std::set<Uuid> known_;  // what there was when it began
+  std::set<Uuid> known_;         // what there was when it began
+  std::optional<Uuid> arrival_;  // the last one that has taken the selection
+  bool isAside_ = false;
   std::string firstDraft_;
   std::string draftName_;
   std::optional<std::string> refusal_;

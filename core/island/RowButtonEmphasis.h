@@ -1,6 +1,8 @@
 // How a button of the name row stands out. A table, set by hand. A plain value; any thread.
 #pragma once
 
+#include "core/island/ControlTint.h"
+
 namespace quenlio {
 
 struct RowButtonEmphasis {
@@ -16,9 +18,7 @@ struct RowButtonEmphasis {
   };
   [[nodiscard]] static constexpr RowButtonEmphasis of(const Touch& touch) {
     return {.presence = touch.isRevealed || touch.isFocused ? 1.0 : 0.0,
-            .tint = touch.isPressed    ? 0.18
-                    : touch.isHovering ? 0.10
-                                       : 0.0,
+            .tint = controlTint(touch.isHovering, touch.isPressed),
             .isStrong = touch.isPressed || touch.isHovering || touch.isFocused};
   }
   bool operator==(const RowButtonEmphasis&) const = default;

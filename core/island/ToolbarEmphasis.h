@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+#include "core/island/ControlTint.h"
+
 namespace quenlio {
 
 struct ToolbarEmphasis {
@@ -16,7 +18,8 @@ struct ToolbarEmphasis {
     bool isHovering = false;
     bool isPressed = false;
   };
-  // At rest an icon is never fainter than the theme's floor.
+  // At rest an icon is never fainter than the theme's floor. One of no use is faint, but less so where the theme asks
+  // for more contrast.
   [[nodiscard]] static constexpr ToolbarEmphasis of(const Touch& touch, double idleOpacityFloor);
   bool operator==(const ToolbarEmphasis&) const = default;
 
@@ -24,16 +27,18 @@ struct ToolbarEmphasis {
 };
 
 constexpr ToolbarEmphasis ToolbarEmphasis::of(const Touch& touch, double idleOpacityFloor) {
+  const double atRest = std::max(kBaseOpacity, idleOpacityFloor);
   if (!touch.isEnabled) {
-    return {.opacity = 0.32, .scale = 1, .tint = 0};
+    return {.opacity = 0.32 + 2.25 * (atRest - kBaseOpacity), .scale = 1, .tint = 0};
   }
+  const double tint = controlTint(touch.isHovering, touch.isPressed);
   if (touch.isPressed) {
-    return {.opacity = 1, .scale = 0.95, .tint = 0.18};
+    return {.opacity = 1, .scale = 0.95, .tint = tint};
   }
   if (touch.isHovering) {
-    return {.opacity = 1, .scale = 1.035, .tint = 0.10};
+    return {.opacity = 1, .scale = 1.035, .tint = tint};
   }
-  return {.opacity = std::max(kBaseOpacity, idleOpacityFloor), .scale = 1, .tint = 0};
+  return {.opacity = atRest, .scale = 1, .tint = tint};
 }
 
 }  // namespace quenlio

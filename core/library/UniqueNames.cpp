@@ -14,22 +14,6 @@ namespace {
 constexpr std::size_t kNameLimit = 255;  // bytes
 constexpr int kLastNumber = 1000;
 
-bool isContinuation(char byte) {
-  return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
-}
-
-// The longest beginning of at most so many bytes that cuts no UTF-8 character in two. Other bytes are cut anywhere.
-std::string beginning(const std::string& text, std::size_t limit) {
-  if (text.size() <= limit) {
-    return text;
-  }
-  std::size_t end = limit;
-  while (end > 0 && limit - end < 3 && isContinuation(text[end])) {
-    --end;
-  }
-  return text.substr(0, isContinuation(text[end]) ? limit : end);
-}
-
 bool isTaken(const FileURL& url, const FileManager& files) {
   return files.identityOfItemAtPath(url).has_value();
 }
@@ -39,7 +23,7 @@ FileURL withEnding(const FileURL& url, std::string ending) {
     ending += "." + extension;
   }
   const std::size_t room = kNameLimit - std::min(kNameLimit, ending.size());
-  return url.parent().appending(beginning(url.stem(), room) + ending);
+  return url.parent().appending(std::string(beginning(url.stem(), room)) + ending);
 }
 
 }  // namespace

@@ -18,6 +18,10 @@ void TooltipEntries::withdraw(const Uuid& id) {
   std::erase_if(entries_, [&id](const TooltipEntry& entry) { return entry.id == id; });
 }
 
+void TooltipEntries::withdrawHelp() {
+  std::erase_if(entries_, [](const TooltipEntry& entry) { return !entry.isUrgent; });
+}
+
 bool TooltipEntries::contains(const Uuid& id) const {
   return std::ranges::find(entries_, id, &TooltipEntry::id) != entries_.end();
 }

@@ -26,7 +26,8 @@ class TooltipEntries {
   // One more, or another text or place of one that is there.
   void report(TooltipEntry entry);
   void withdraw(const Uuid& id);
-  void clear() { entries_.clear(); }
+  // All but the urgent ones.
+  void withdrawHelp();
 
   [[nodiscard]] bool contains(const Uuid& id) const;
   // The last one that came, of the urgent ones if there are any.

@@ -18,8 +18,9 @@ ImageRef onCanvas(std::optional<DecodedImage> decoded, Size canvas, double scale
     return nullptr;
   }
   decoded->image.setDevicePixelRatio(scale);
-  return std::make_shared<QtImage>(std::move(decoded->image), canvas,
-                                   centred(decoded->pointSize, inPixels(canvas, scale)));
+  const QSizeF& own = decoded->pointSize;
+  return std::make_shared<QtImage>(std::move(decoded->image), canvas, centred(own, inPixels(canvas, scale)),
+                                   Size{own.width(), own.height()});
 }
 
 }  // namespace

@@ -1,13 +1,15 @@
 """Other programs on the session's desktop: what Quenlio hands things to, and what it has to leave alone. Each writes
 down what reaches it."""
 
+import ctypes
 import json
 import os
 import re
 import shutil
+import subprocess
 from pathlib import Path
 
-from harness import wait_for
+from harness import SCREEN_HEIGHT, wait_for
 
 FILE_MANAGER = """
 import json, gi
@@ -20,6 +22,35 @@ def called(connection, sender, path, interface, method, arguments, invocation):
 def connected(connection, name):
     connection.register_object("/org/freedesktop/FileManager1", NODE.interfaces[0], called, None, None)
 Gio.bus_own_name(Gio.BusType.SESSION, "org.freedesktop.FileManager1", 0, connected, None, None)
+GLib.MainLoop().run()
+"""
+
+PORTAL = """
+import sys, gi
+from gi.repository import Gio, GLib
+NODE = Gio.DBusNodeInfo.new_for_xml('''<node><interface name="org.freedesktop.portal.Settings"><method name="Read">
+<arg type="s" direction="in"/><arg type="s" direction="in"/><arg type="v" direction="out"/></method>
+<signal name="SettingChanged"><arg type="s"/><arg type="s"/><arg type="v"/></signal></interface></node>''')
+PLACE = ("/org/freedesktop/portal/desktop", "org.freedesktop.portal.Settings")
+SPACE = "org.freedesktop.appearance"
+settings = {}
+bus = Gio.bus_get_sync(Gio.BusType.SESSION)
+def called(connection, sender, path, interface, method, arguments, invocation):
+    space, key = arguments.unpack()
+    if space == SPACE and key in settings:
+        value = GLib.Variant("v", GLib.Variant("u", settings[key]))
+        invocation.return_value(GLib.Variant.new_tuple(GLib.Variant("v", value)))
+    else:
+        invocation.return_dbus_error("org.freedesktop.portal.Error.NotFound", "no such setting")
+def told(channel, condition):
+    key, value = sys.stdin.readline().split()
+    settings[key] = int(value)
+    bus.emit_signal(None, *PLACE, "SettingChanged", GLib.Variant("(ssv)", (SPACE, key, GLib.Variant("u", int(value)))))
+    print(key, value, flush=True)
+    return True
+bus.register_object(PLACE[0], NODE.interfaces[0], called, None, None)
+Gio.bus_own_name_on_connection(bus, "org.freedesktop.portal.Desktop", 0, None, None)
+GLib.io_add_watch(sys.stdin, GLib.IO_IN, told)
 GLib.MainLoop().run()
 """
 
@@ -43,11 +74,11 @@ Atspi.event_main()
 class Partner:
     """A program whose standard output is kept, line by line."""
 
-    def __init__(self, session, name, argv, env=None):
+    def __init__(self, session, name, argv, **options):
         self.session = session
         self.path = session.root / f"{name}.out"
         with session.open(self.path) as output:
-            self.process = session.spawn(argv, env=env, stdout=output)
+            self.process = session.spawn(argv, stdout=output, **options)
 
     def lines(self):
         return self.path.read_text(errors="surrogateescape").splitlines()
@@ -66,6 +97,26 @@ class FileManager(Partner):
     def shown(self):
         """A list of addresses for each time that it was asked."""
         return [json.loads(line) for line in self.lines()]
+
+
+class Portal(Partner):
+    """Tells the programs what the user wants the desktop to look like."""
+
+    DARK, LIGHT = 1, 2
+
+    def __init__(self, session):
+        super().__init__(session, "portal", ["/usr/bin/python3", "-c", PORTAL], stdin=subprocess.PIPE)
+        wait_for(lambda: "org.freedesktop.portal.Desktop" in session.bus_names(), "the portal on the bus")
+
+    def set(self, key, value):
+        count = len(self.lines())
+        self.process.stdin.write(f"{key} {value}\n".encode())
+        self.process.stdin.flush()
+        wait_for(lambda: len(self.lines()) > count, "the portal to tell of it")
+
+    def end(self):
+        super().end()
+        self.process.stdin.close()
 
 
 class ScreenReader(Partner):
@@ -108,6 +159,20 @@ class OtherWindow(Partner):
         """How often that key went down in it."""
         text = self.path.read_text(errors="replace")
         return len(re.findall(rf"^KeyPress event.*\n.*\n.*\(keysym 0x[0-9a-f]+, {key}\)", text, re.MULTILINE))
+
+
+class Bar:
+    """A bar along the bottom of the screen, that high, which windows leave free."""
+
+    def __init__(self, session, height):
+        self.session = session
+        config = session.write(session.root / "bar.tint2rc", f"panel_items = T\npanel_size = 100% {height}\n"
+                               "panel_position = bottom center horizontal\nstrut_policy = follow_size\n".encode())
+        self.process = session.spawn(["tint2", "-c", config])
+        wait_for(lambda: f", {SCREEN_HEIGHT - height}" in session.run(["xprop", "-root", "_NET_WORKAREA"]), "the bar")
+
+    def end(self):
+        self.session.end(self.process)
 
 
 class DropTarget(Partner):
@@ -155,6 +220,25 @@ class Viewer:
 
     def opened(self):
         return self.noted.read_text().splitlines()
+
+
+class ClipboardManager(Partner):
+    """Keeps what programs leave behind that end."""
+
+    def __init__(self, session):
+        super().__init__(session, "clipman", ["xfce4-clipman"])
+        wait_for(self.is_there, "the clipboard manager")
+
+    def is_there(self):
+        """Whether somebody says that it is one."""
+        xlib = ctypes.CDLL("libX11.so.6")
+        xlib.XOpenDisplay.restype = ctypes.c_void_p
+        display = ctypes.c_void_p(xlib.XOpenDisplay(self.session.display.encode()))
+        try:
+            selection = xlib.XInternAtom(display, b"CLIPBOARD_MANAGER", False)
+            return xlib.XGetSelectionOwner(display, ctypes.c_ulong(selection)) != 0
+        finally:
+            xlib.XCloseDisplay(display)
 
 
 class Clipboard:

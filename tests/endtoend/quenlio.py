@@ -106,14 +106,14 @@ class Quenlio:
     def state(self):
         """What state.json says. A file that is there has to be whole."""
         try:
-            return json.loads((self.diagnostics / "state.json").read_text())
+            return json.loads((self.diagnostics / "state.json").read_text(errors="surrogateescape"))
         except FileNotFoundError:
             return None
 
     def events(self):
         """Every whole event. The log may be in the middle of an append."""
         try:
-            text = (self.diagnostics / "events.jsonl").read_text()
+            text = (self.diagnostics / "events.jsonl").read_text(errors="surrogateescape")
         except FileNotFoundError:
             return []
         found, decoder, at = [], json.JSONDecoder(), 0

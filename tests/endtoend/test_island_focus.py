@@ -7,13 +7,14 @@ import unittest
 
 import accessibility
 import partners
-from harness import wait_for
+from harness import SCREEN_HEIGHT, wait_for
 from island import IslandTest, middle
 from quenlio import QuenlioWithSettings
 
 NAME_FIELD = "Filename"
 COPY_FIELD = "File name:"
 TICKS_HELD = 3  # a second and more
+BAR_HEIGHT = 60
 
 
 class Focus(IslandTest):
@@ -213,20 +214,80 @@ class Hiding(Focus):
         self.session.key("Escape")
         self.quenlio.wait_for_no_island()
 
-    def test_a_name_that_was_being_typed_is_gone_when_the_island_comes_back(self):
+    def start_renaming_and_let_it_go(self):
+        """The capture whose name is half typed, on an island that has gone."""
         self.start_hiding("timed", islandDurationSeconds=1)
         self.point_where_it_comes_up()
         path = self.capture(0)
         self.wait_for_keyboard()
         self.begin_rename()
         self.session.type("half")
+        self.wait_for_text(NAME_FIELD, "half")
         self.leave()
         self.quenlio.wait_for_no_island()
+        return path
+
+    def test_a_name_that_is_half_typed_waits_for_the_island_to_come_back(self):
+        path = self.start_renaming_and_let_it_go()
         self.point_where_it_comes_up()
         self.assertEqual(self.quenlio.spawn().wait(10), 0)
         self.quenlio.wait_for_island()
-        self.wait_to_say(path.name)
+        self.wait_for_keyboard()
+        self.wait_for_text(NAME_FIELD, "half")
+        self.session.key("BackSpace")
+        self.session.type("f time")
+        self.wait_for_text(NAME_FIELD, "half time")
+        self.session.key("Return")
+        wait_for(path.with_name("half time.png").exists, "the new name in the folder")
+        self.assertEqual(self.trashed(), [])
+
+    def test_an_island_that_comes_back_with_a_capture_is_about_that_one(self):
+        path = self.start_renaming_and_let_it_go()
+        self.point_where_it_comes_up()
+        added = self.capture(1)
+        self.wait_to_say(added.name)
         self.assertFalse(self.quenlio.says(NAME_FIELD))
+        self.wait_for_keyboard()
+        self.session.key("BackSpace")
+        self.wait_for_trashed(added)
+        self.assertTrue(path.exists())
+
+    def test_an_island_goes_once_a_capture_has_been_dragged_out_of_it(self):
+        self.start_hiding("hideWhenInactive")
+        self.point_where_it_comes_up()
+        path = self.capture(0)
+        self.wait_for_keyboard()
+        shown = self.windows()
+        self.session.move_pointer(*middle(self.find(f"{path.name} preview")))
+        self.session.press_button()
+        self.addCleanup(self.session.release_button)
+        self.session.move_by(-10, -6, steps=4)
+        wait_for(lambda: self.windows() > shown, "the picture of what is dragged")
+        self.session.move_pointer(600, 60)
+        self.quenlio.settle(TICKS_HELD)
+        self.assertTrue(self.quenlio.island())
+        self.session.release_button()  # over nothing
+        self.quenlio.wait_for_no_island()
+        self.assertTrue(path.exists())
+
+    def test_an_island_goes_once_it_has_been_moved_from_under_the_pointer(self):
+        bar = partners.Bar(self.session, BAR_HEIGHT)
+        self.addCleanup(bar.end)
+        self.start_hiding("hideWhenInactive")
+        self.session.move_pointer(1150, 670 - BAR_HEIGHT)
+        self.capture(0)
+        self.wait_for_keyboard()
+        island = self.quenlio.wait_for_island()
+        x, y, width, height = self.find("Move to Trash")["box"]
+        self.session.move_pointer((x + width + self.find("Close")["box"][0]) // 2, y + height // 2)
+        self.session.press_button()
+        self.addCleanup(self.session.release_button)
+        self.session.move_by(0, SCREEN_HEIGHT, steps=16)  # which the bar does not let it do
+        wait_for(lambda: self.quenlio.wait_for_island().y > island.y, "the island at the bar")
+        self.quenlio.settle(TICKS_HELD)
+        self.assertTrue(self.quenlio.island())
+        self.session.release_button()
+        self.quenlio.wait_for_no_island()
 
 
 if __name__ == "__main__":

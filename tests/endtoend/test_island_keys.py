@@ -237,5 +237,59 @@ class Keys(IslandTest):
         self.assertEqual(other.pressed("BackSpace"), 2)
 
 
+class NothingSelected(IslandTest):
+    def setUp(self):
+        super().setUp()
+        self.manager = partners.FileManager(self.session)
+        self.addCleanup(self.manager.end)
+
+    def test_an_empty_library_has_nothing_for_any_key(self):
+        (path,) = self.start_with(1)
+        self.enter()
+        self.session.key("Delete")
+        self.wait_for_trashed(path)
+        self.clipboard.put("kept")
+        island = self.windows()
+        for key in ("Return", "KP_Enter", "space", "ctrl+shift+s", "ctrl+c", "ctrl+e", "ctrl+o", "Left", "Right",
+                    "shift+Left", "shift+Right", "BackSpace", "Delete"):
+            self.session.key(key)
+        self.quenlio.settle(2)
+        self.assertEqual(self.windows(), island)
+        self.assertFalse(self.quenlio.says("Filename"))
+        self.assertEqual(self.trashed(), [str(path)])
+        self.assertEqual(self.clipboard.get("UTF8_STRING"), b"kept")
+        self.assertEqual(self.manager.shown(), [])
+        # They have all been there: one that there is something for does it.
+        self.session.key("ctrl+z")
+        self.assert_previewed(path)
+        self.assertTrue(path.exists())
+
+    def test_with_none_selected_the_newest_is_meant(self):
+        newest, older, oldest = self.start_with(3)
+        self.enter()
+        self.session.key("BackSpace")
+        self.wait_for_trashed(newest)
+        self.session.key("ctrl+o")
+        wait_for(self.manager.shown, "a request to the file manager")
+        self.assertEqual(self.manager.shown(), [[partners.address(older)]])
+        self.session.key("Return")
+        self.wait_to_say("Filename")
+        self.session.type("renamed")
+        self.session.key("Return")
+        renamed = older.with_name("renamed.png")
+        wait_for(renamed.exists, "the new name")
+        self.session.key("BackSpace")
+        self.wait_for_trashed(newest, renamed)
+        self.assertTrue(oldest.exists())
+
+    def test_nothing_is_taken_back_when_nothing_was_thrown_away(self):
+        newest, older = self.start_with(2)
+        self.enter()
+        self.session.key("ctrl+z")
+        self.session.key("Right")
+        self.assert_previewed(older)
+        self.assertEqual(self.quenlio.strip(), [newest.name, older.name])
+
+
 if __name__ == "__main__":
     unittest.main()

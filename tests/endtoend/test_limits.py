@@ -47,6 +47,7 @@ class WatchLimits(unittest.TestCase):
                                       pictures.png(number))
             self.quenlio.wait_for_arrival(path)
             pictures.wait_until_shown(self.quenlio, number)
+            pictures.wait_until_whole(self.quenlio, path)
             self.assertEqual(self.quenlio.detections(path), 1)
         self.assertEqual(self.quenlio.stop(), 0)
 

@@ -65,6 +65,7 @@ void FakePanel::orderFrontRegardless() {
 void FakePanel::makeKeyAndOrderFront() {
   log_.add("makeKeyAndOrderFront");
   isVisible_ = true;
+  isKeyUnused_ = isKeyUnused_ && isKey_;
   isKey_ = true;
 }
 void FakePanel::makeKeyWindow() {

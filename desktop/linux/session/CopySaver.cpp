@@ -48,6 +48,13 @@ FileURL entryShownAs(const QString& name, const FileURL& folder, const FileManag
   return spelt;
 }
 
+// A free name beside the file. Dialogs read what is in quotes as names of their own.
+FileURL proposalFor(const FileURL& file, const FileManager& files) {
+  std::string name = file.lastPathComponent();
+  std::ranges::replace(name, '"', '\'');
+  return uniqueRenameURL(FileURL(), file.parent().appending(name), files);
+}
+
 FileURL folderShownAs(const QString& path, const FileManager& files) {
   FileURL folder("/");
   for (const QString& name : path.split(u'/', Qt::SkipEmptyParts)) {
@@ -146,12 +153,13 @@ void makeAll(const std::vector<Copy>& copies, FileManager& files, Scheduler& sch
 
 class CopySaver::Dialog final : public QFileDialog {
  public:
-  Dialog(std::vector<FileURL> urls, const FileManager& files) : urls_(std::move(urls)), files_(files) {
+  Dialog(std::vector<FileURL> urls, const FileManager& files)
+      : urls_(std::move(urls)), files_(files), proposal_(proposalFor(urls_.front(), files)) {
     setAcceptMode(isOfOne() ? AcceptSave : AcceptOpen);
     if (isOfOne()) {
       setWindowTitle(QStringLiteral("Save a Copy"));
       setFileMode(AnyFile);
-      selectFile(shown(urls_.front().path()));
+      selectFile(shown(proposal_.path()));
     } else {
       setWindowTitle(QStringLiteral("Save %1 Copies").arg(urls_.size()));
       setFileMode(Directory);
@@ -189,13 +197,22 @@ class CopySaver::Dialog final : public QFileDialog {
       return folderShownAs(chosen, files_);
     }
     const QFileInfo file(chosen);
-    const std::string ownName = urls_.front().lastPathComponent();
-    return folderShownAs(file.path(), files_)
-        .appending(file.fileName() == shown(ownName) ? ownName : bytesOf(file.fileName()));
+    return folderShownAs(file.path(), files_).appending(nameShownAs(file.fileName()));
+  }
+
+  // The file's own name and the proposed one keep their bytes.
+  [[nodiscard]] std::string nameShownAs(const QString& name) const {
+    for (const FileURL& known : {proposal_, urls_.front()}) {
+      if (shown(known.lastPathComponent()) == name) {
+        return known.lastPathComponent();
+      }
+    }
+    return bytesOf(name);
   }
 
   const std::vector<FileURL> urls_;
   const FileManager& files_;
+  const FileURL proposal_;  // for one
   std::optional<FileIdentity> replaced_;
 };
 

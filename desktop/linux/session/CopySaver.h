@@ -1,6 +1,7 @@
-// Saves copies of files where the user says: one under a name, several in a folder. What is there already is replaced
-// only if a dialog has asked about this very file; in a folder the copies get names that are free. Names need not be
-// UTF-8, though dialogs can show no others as they are. Owned by the share menu; main thread.
+// Saves copies of files where the user says: one under a name, for which a free one is proposed, several in a folder.
+// What is there already is replaced only if a dialog has asked about this very file; in a folder the copies get names
+// that are free. Names need not be UTF-8, though dialogs can show no others as they are. Owned by the share menu; main
+// thread.
 #pragma once
 
 #include <memory>

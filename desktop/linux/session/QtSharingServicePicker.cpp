@@ -1,5 +1,7 @@
 #include "desktop/linux/session/QtSharingServicePicker.h"
 
+#include <QtGui/QGuiApplication>
+#include <QtGui/QScreen>
 #include <QtWidgets/QMenu>
 #include <algorithm>
 
@@ -31,6 +33,20 @@ QPoint placeBeside(const QRect& rect, RectEdge edge, const QSize& menu) {
   return rect.topLeft();
 }
 
+// The same corner, or the nearest one from which all of the menu is a little off the edges of the work area that the
+// rectangle is in.
+QPoint clearOfEdges(QPoint corner, const QSize& menu, const QRect& rect) {
+  constexpr int margin = 8;  // points
+  const QScreen* screen = QGuiApplication::screenAt(rect.topLeft());
+  if (screen == nullptr) {
+    return corner;
+  }
+  const QRect room =
+      screen->availableGeometry().adjusted(margin, margin, -margin - menu.width(), -margin - menu.height());
+  return {std::max(room.left(), std::min(corner.x(), room.left() + room.width())),
+          std::max(room.top(), std::min(corner.y(), room.top() + room.height()))};
+}
+
 }  // namespace
 
 QtSharingServicePicker::QtSharingServicePicker(const Dependencies& dependencies)
@@ -53,7 +69,9 @@ void QtSharingServicePicker::showRelativeToRect(const std::vector<FileURL>& item
                  .increasesContrast = dependencies_.appearance.accessibilityDisplayShouldIncreaseContrast(),
                  .isBlended = dependencies_.compositor.isThere().get()});
   fill(*menu_, items);
-  menu_->popup(placeBeside(ScreenGeometry::current().toQt(onScreen), preferredEdge, menu_->sizeHint()));
+  const QRect beside = ScreenGeometry::current().toQt(onScreen);
+  const QSize size = menu_->sizeHint();
+  menu_->popup(clearOfEdges(placeBeside(beside, preferredEdge, size), size, beside));
 }
 
 void QtSharingServicePicker::fill(QMenu& menu, const std::vector<FileURL>& items) {
@@ -73,8 +91,11 @@ void QtSharingServicePicker::fill(QMenu& menu, const std::vector<FileURL>& items
     add(QIcon(), QStringLiteral("E-mail…"),
         [items](QtSharingServicePicker& self) { composeMail(items, self.dependencies_.starter); });
   }
-  add(QIcon(), QStringLiteral("Copy Path"), [items](QtSharingServicePicker& /*self*/) { copyPaths(items); });
-  add(QIcon(), QStringLiteral("Save a Copy…"), [items](QtSharingServicePicker& self) { self.saver_.save(items); });
+  const bool isOne = items.size() == 1;
+  add(QIcon(), isOne ? QStringLiteral("Copy Path") : QStringLiteral("Copy Paths"),
+      [items](QtSharingServicePicker& /*self*/) { copyPaths(items); });
+  add(QIcon(), isOne ? QStringLiteral("Save a Copy…") : QStringLiteral("Save Copies…"),
+      [items](QtSharingServicePicker& self) { self.saver_.save(items); });
 }
 
 }  // namespace quenlio

@@ -5,6 +5,7 @@
 #include <QtDBus/QDBusMessage>
 #include <QtDBus/QDBusPendingCall>
 #include <QtDBus/QDBusPendingCallWatcher>
+#include <algorithm>
 #include <set>
 
 #include "desktop/linux/system/FileURI.h"
@@ -51,21 +52,19 @@ void QtWorkspace::openFolders(const std::vector<FileURL>& urls) {
     folders.insert(url.parent());
   }
   for (const FileURL& folder : folders) {
-    openFolder(folder);
+    if (!openFolder(folder)) {
+      log_.NSLog("Failed to show files: no program opens the folder “" + folder.lastPathComponent() + "”.");
+    }
   }
 }
 
-void QtWorkspace::openFolder(const FileURL& folder) {
+bool QtWorkspace::openFolder(const FileURL& folder) {
   const DesktopEntries programs = starter_.programs();
-  if (const auto opener = programs.findProgram("xdg-open")) {
-    starter_.start(*opener, {folder.path()});
-    return;
+  if (const auto opener = programs.findProgram("xdg-open"); opener && starter_.start(*opener, {folder.path()})) {
+    return true;
   }
-  for (const DesktopEntry& entry : programs.programsFor({{"inode/directory"}})) {
-    if (starter_.open(entry, {folder})) {
-      return;
-    }
-  }
+  return std::ranges::any_of(programs.programsFor({{"inode/directory"}}),
+                             [&](const DesktopEntry& entry) { return starter_.open(entry, {folder}); });
 }
 
 }  // namespace quenlio

@@ -1,7 +1,5 @@
 #include "desktop/linux/system/FileURI.h"
 
-#include <string_view>
-
 namespace quenlio {
 namespace {
 
@@ -9,10 +7,10 @@ constexpr std::string_view kPlain = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopq
 
 }  // namespace
 
-std::string fileURI(const FileURL& url) {
+std::string percentEncoded(std::string_view path) {
   constexpr std::string_view digits = "0123456789ABCDEF";
-  std::string result = "file://";
-  for (const char byte : url.path()) {
+  std::string result;
+  for (const char byte : path) {
     if (kPlain.find(byte) != std::string_view::npos) {
       result += byte;
     } else {
@@ -21,6 +19,10 @@ std::string fileURI(const FileURL& url) {
     }
   }
   return result;
+}
+
+std::string fileURI(const FileURL& url) {
+  return "file://" + percentEncoded(url.path());
 }
 
 std::string uriList(const std::vector<FileURL>& urls) {

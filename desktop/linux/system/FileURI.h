@@ -3,13 +3,17 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "core/base/FileURL.h"
 
 namespace quenlio {
 
-// "file:///a/b%20c.png": every byte that an address does not take as it is becomes its number.
+// "a/b%20c.png": every byte that an address does not take as it is, line ends too, becomes its number.
+[[nodiscard]] std::string percentEncoded(std::string_view path);
+
+// "file:///a/b%20c.png".
 [[nodiscard]] std::string fileURI(const FileURL& url);
 
 // What text/uri-list holds: each on a line, and each line ended by a carriage return and a line feed.

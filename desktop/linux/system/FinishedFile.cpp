@@ -6,6 +6,25 @@
 #include "desktop/linux/system/CompleteFormats.h"
 
 namespace quenlio {
+namespace {
+
+// What its size and its times alone tell.
+FinishedState stateByTimes(const struct stat& status, Date now) {
+  FinishedState state;
+  state.stamp = stampOf(status);
+  if (status.st_size == 0) {
+    return state;
+  }
+  const Seconds rest = untilSettled(state.stamp->modified, state.stamp->changed, now);
+  if (rest <= Seconds::zero()) {
+    state.completeness = Completeness::complete;
+  } else {
+    state.untilSettled = rest;
+  }
+  return state;
+}
+
+}  // namespace
 
 Seconds untilSettled(Date modified, Date changed, Date now) {
   if (modified > now && changed > now) {
@@ -20,29 +39,24 @@ FinishedState finishedState(int folder, const char* name, Date now) {
   if (::fstatat(folder, name, &status, 0) != 0 || !S_ISREG(status.st_mode)) {
     return {};
   }
-  const UniqueFd fd = openRegularFile(folder, name);
-  // The state is read before the contents: what is written while they are being read leaves the stamp out of date, and
-  // the change that caused it is looked at in its turn.
-  if (fd && ::fstat(fd.get(), &status) != 0) {
-    return {};
+  FinishedState state = stateByTimes(status, now);
+  if (state.isFinished()) {
+    return state;  // without opening it: a folder may hold thousands of old captures
   }
-  FinishedState state;
-  state.stamp = stampOf(status);
-  if (status.st_size == 0) {
+  const UniqueFd fd = openRegularFile(folder, name);
+  if (!fd) {
     return state;
   }
-  if (fd) {
-    FileSource source(fd.get(), status.st_size);
-    if (isCompleteByFormat(source)) {
-      state.completeness = Completeness::complete;
-      return state;
-    }
+  // The state is read before the contents: what is written while they are being read leaves the stamp out of date, and
+  // the change that caused it is looked at in its turn.
+  if (::fstat(fd.get(), &status) != 0) {
+    return {};
   }
-  const Seconds rest = untilSettled(state.stamp->modified, state.stamp->changed, now);
-  if (rest <= Seconds::zero()) {
+  state = stateByTimes(status, now);
+  FileSource source(fd.get(), status.st_size);
+  if (isCompleteByFormat(source)) {
     state.completeness = Completeness::complete;
-  } else {
-    state.untilSettled = rest;
+    state.untilSettled.reset();
   }
   return state;
 }

@@ -5,8 +5,8 @@
 // nothing has touched it for two seconds. An empty file is never finished: a writer may close it empty first and write
 // it later. That a file was closed proves nothing.
 //
-// Any thread. Only a bounded number of bytes at the head and the tail, and where the format's own tables point, is
-// read.
+// Any thread. Of a file that was touched within the two seconds a bounded number of bytes is read, at the head and the
+// tail and where the format's own tables point; an older one is not even opened.
 #pragma once
 
 #include <optional>

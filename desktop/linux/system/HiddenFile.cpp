@@ -10,6 +10,8 @@
 #include <sys/random.h>
 #include <sys/stat.h>
 
+#include "desktop/linux/system/RenameWithoutReplacing.h"
+
 namespace quenlio {
 namespace {
 
@@ -36,13 +38,6 @@ UniqueFd create(const std::string& path) {
 // Never waits.
 bool lock(const UniqueFd& fd) {
   return ::flock(fd.get(), LOCK_EX | LOCK_NB) == 0;
-}
-
-bool isNamed(const UniqueFd& fd, const std::string& path) {
-  struct stat open {};
-  struct stat there {};
-  return ::fstat(fd.get(), &open) == 0 && ::lstat(path.c_str(), &there) == 0 && open.st_dev == there.st_dev &&
-         open.st_ino == there.st_ino;
 }
 
 bool mayBeARemnant(const struct stat& status) {

@@ -19,13 +19,6 @@ int removeName(const FilePlace& place, int flags = 0) {
   return ::unlinkat(place.folder, place.name.c_str(), flags) == 0 ? 0 : errno;
 }
 
-bool isNamed(const UniqueFd& file, const FilePlace& place) {
-  struct stat open {};
-  struct stat there {};
-  return ::fstat(file.get(), &open) == 0 && statusOf(place, there) == 0 && open.st_dev == there.st_dev &&
-         open.st_ino == there.st_ino;
-}
-
 // Any file, without opening what is in it; a link itself.
 UniqueFd openName(const FilePlace& place) {
   return UniqueFd(::openat(place.folder, place.name.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC));
@@ -60,6 +53,13 @@ bool isUntouched(const UniqueFd& claim, const FilePlace& place) {
 }
 
 }  // namespace
+
+bool isNamed(const UniqueFd& file, const FilePlace& place) {
+  struct stat open {};
+  struct stat there {};
+  return ::fstat(file.get(), &open) == 0 && statusOf(place, there) == 0 && open.st_dev == there.st_dev &&
+         open.st_ino == there.st_ino;
+}
 
 int removeNameOf(const UniqueFd& file, const FilePlace& place) {
   struct stat there {};

@@ -20,6 +20,9 @@ struct FilePlace {
   std::string name;
 };
 
+// Whether the name is that of the open file, itself and not where a link leads.
+[[nodiscard]] bool isNamed(const UniqueFd& file, const FilePlace& place);
+
 // Removes a name if it is the open file's, whatever other programs do with that name meanwhile: what they have put
 // there keeps it, and EBUSY is the answer.
 [[nodiscard]] int removeNameOf(const UniqueFd& file, const FilePlace& place);

@@ -6,33 +6,16 @@
 #include <mutex>
 #include <unistd.h>
 
+#include "core/base/Text.h"
 #include "core/base/Uuid.h"
+
+#include "desktop/linux/system/FileURI.h"
 
 namespace quenlio {
 namespace {
 
 // Past it, counting on would ask the folder about each of the thousands of files of the same name that may be there.
 constexpr int kLastNumber = 20;
-
-bool isPlain(char byte) {
-  return (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z') || (byte >= '0' && byte <= '9') ||
-         std::string_view("-_.~/").find(byte) != std::string_view::npos;
-}
-
-// Line ends too, so that a path cannot add lines of its own.
-std::string percentEncoded(std::string_view path) {
-  constexpr std::string_view digits = "0123456789ABCDEF";
-  std::string text;
-  for (const char byte : path) {
-    if (isPlain(byte)) {
-      text += byte;
-    } else {
-      const auto value = static_cast<unsigned char>(byte);
-      text += {'%', digits[value >> 4U], digits[value & 0xFU]};
-    }
-  }
-  return text;
-}
 
 std::string localTime(Date date) {
   const std::time_t seconds = std::chrono::floor<std::chrono::seconds>(date).time_since_epoch().count();
@@ -46,23 +29,6 @@ std::string localTime(Date date) {
     return {};
   }
   return {text.data(), std::strftime(text.data(), text.size(), "%Y-%m-%dT%H:%M:%S", &time)};
-}
-
-bool isContinuation(char byte) {
-  return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
-}
-
-// At most that many bytes; a UTF-8 character at the end is whole or left out. What is no UTF-8 is cut anywhere.
-std::string_view shortened(std::string_view text, std::size_t longest) {
-  if (text.size() <= longest) {
-    return text;
-  }
-  constexpr std::size_t longestCharacter = 4;
-  std::size_t end = longest;
-  while (end > 0 && longest - end < longestCharacter && isContinuation(text[end])) {
-    --end;
-  }
-  return text.substr(0, isContinuation(text[end]) ? longest : end);
 }
 
 }  // namespace
@@ -82,7 +48,7 @@ std::string nameInTrash(std::string_view fileName, int attempt, std::size_t long
     end.append(".").append(extension);
     fileName.remove_suffix(extension.size() + 1);
   }
-  return std::string(shortened(fileName, longest - end.size())) + end;
+  return std::string(beginning(fileName, longest - end.size())) + end;
 }
 
 std::optional<FileURL> trashInfoOf(const FileURL& trashed) {

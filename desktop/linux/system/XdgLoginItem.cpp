@@ -1,21 +1,21 @@
 #include "desktop/linux/system/XdgLoginItem.h"
 
-#include <sstream>
 #include <string>
+#include <string_view>
 
+#include "desktop/linux/system/KeyFile.h"
 #include "desktop/linux/system/LinuxStandardDirectories.h"
 
 namespace quenlio {
 namespace {
 
-bool isSwitchedOff(const std::string& entry) {
-  std::istringstream lines(entry);
-  for (std::string line; std::getline(lines, line);) {
-    if (line == "Hidden=true" || line == "X-GNOME-Autostart-enabled=false") {
-      return true;
-    }
-  }
-  return false;
+bool isSwitchedOff(const std::string& text) {
+  const KeyFileGroup entry = keyFileGroup(text, "Desktop Entry");
+  const auto says = [&entry](std::string_view key, std::string_view value) {
+    const auto found = entry.find(key);
+    return found != entry.end() && found->second == value;
+  };
+  return says("Hidden", "true") || says("X-GNOME-Autostart-enabled", "false");
 }
 
 }  // namespace

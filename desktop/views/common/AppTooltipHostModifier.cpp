@@ -30,7 +30,7 @@ Rect<TooltipHostSpace> AppTooltipHostModifier::frameOf(const QWidget& view, cons
 }
 
 void AppTooltipHostModifier::drawActive() {
-  const auto active = entries_.active();
+  const auto active = root_->isVisible() ? entries_.active() : std::nullopt;
   if (active == activeEntry_) {
     return;
   }
@@ -44,10 +44,14 @@ void AppTooltipHostModifier::drawActive() {
   bubble_->present(TooltipPlacement::placement(active->rect, bubbleSize, container));
 }
 
-// What a bubble points to is somewhere else when its root has another size.
+// In another size, and after it was away, the root has no help of before: nobody points at what that was for. What is
+// urgent stays, and is placed anew.
 bool AppTooltipHostModifier::eventFilter(QObject* object, QEvent* event) {
-  if (object == root_ && (event->type() == QEvent::Resize || event->type() == QEvent::Hide)) {
-    entries_.clear();
+  const QEvent::Type type = event->type();
+  if (object == root_ && (type == QEvent::Resize || type == QEvent::Hide || type == QEvent::Show)) {
+    entries_.withdrawHelp();
+    activeEntry_.reset();
+    bubble_->dismiss();
     drawActive();
   }
   return QObject::eventFilter(object, event);

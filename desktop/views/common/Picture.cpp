@@ -23,6 +23,11 @@ QRect pictureOnCanvas(const ImageRef& image) {
   return exact.toAlignedRect() & qtImage->image().rect();
 }
 
+QSizeF ownSizeOf(const ImageRef& image) {
+  const auto* qtImage = dynamic_cast<const QtImage*>(image.get());
+  return qtImage != nullptr ? QSizeF(qtImage->ownSize().width, qtImage->ownSize().height) : QSizeF(0, 0);
+}
+
 QSize fitted(const QSize& shape, const QSize& bounds) {
   return shape.scaled(bounds, Qt::KeepAspectRatio).expandedTo(QSize(1, 1));
 }

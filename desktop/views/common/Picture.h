@@ -16,6 +16,9 @@ namespace quenlio {
 // another shape. Pixels that the picture covers in part belong to it. Empty for no image.
 [[nodiscard]] QRect pictureOnCanvas(const ImageRef& image);
 
+// How large the picture is in its file, in points. Empty for no image.
+[[nodiscard]] QSizeF ownSizeOf(const ImageRef& image);
+
 // The largest size of this shape within these bounds, at least one pixel each way.
 [[nodiscard]] QSize fitted(const QSize& shape, const QSize& bounds);
 

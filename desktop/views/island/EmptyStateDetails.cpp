@@ -3,15 +3,11 @@
 #include "core/island/IslandTexts.h"
 #include "core/island/IslandTypeSizes.h"
 
+#include "desktop/views/common/BalancedText.h"
 #include "desktop/views/common/QtColor.h"
 #include "desktop/views/common/Type.h"
 
 namespace quenlio {
-namespace {
-
-constexpr int kStep = 2;  // points
-
-}  // namespace
 
 EmptyStateDetails::EmptyStateDetails(QWidget* parent) : QLabel(QString::fromUtf8(IslandTexts::kEmptyLibrary), parent) {
   setTextFormat(Qt::PlainText);
@@ -25,7 +21,7 @@ void EmptyStateDetails::apply(const IslandThemeTokens& tokens, IslandSize size) 
     balance();
   }
   QPalette colours = palette();
-  colours.setColor(QPalette::WindowText, toQColor(tokens.textSecondary));
+  colours.setColor(QPalette::WindowText, toQColor(tokens.bodyText()));
   setPalette(colours);
 }
 
@@ -35,15 +31,7 @@ void EmptyStateDetails::resizeEvent(QResizeEvent* event) {
 }
 
 void EmptyStateDetails::balance() {
-  const auto heightAt = [this](int room) {
-    return fontMetrics().boundingRect(QRect(0, 0, room, 0), Qt::TextWordWrap | Qt::AlignHCenter, text()).height();
-  };
-  const int lowest = heightAt(width());
-  int narrowest = width();
-  for (int room = width(); room > 0 && heightAt(room) == lowest; room -= kStep) {
-    narrowest = room;
-  }
-  const int aside = (width() - narrowest) / 2;
+  const int aside = (width() - balancedWidth(fontMetrics(), text(), width())) / 2;
   setContentsMargins(aside, 0, aside, 0);
 }
 

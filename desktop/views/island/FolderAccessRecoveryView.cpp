@@ -7,6 +7,7 @@
 #include "core/island/IslandLayoutMetrics.h"
 #include "core/island/IslandTexts.h"
 
+#include "desktop/views/common/BalancedText.h"
 #include "desktop/views/common/Icon.h"
 #include "desktop/views/common/PaintedButton.h"
 #include "desktop/views/common/Pixels.h"
@@ -100,7 +101,7 @@ void FolderAccessRecoveryView::apply(const IslandTheme& theme, IslandSize size) 
   title_.setFont(typeOfSize(design_.title, QFont::DemiBold));
   text_.setFont(typeOfSize(design_.text));
   colour(title_, toQColor(theme.tokens.textPrimary));
-  colour(text_, toQColor(theme.tokens.textSecondary));
+  colour(text_, toQColor(theme.tokens.bodyText()));
   button_->apply(theme, design_);
   layOut();
   update();
@@ -117,7 +118,7 @@ void FolderAccessRecoveryView::resizeEvent(QResizeEvent* /*event*/) {
 // From the top: symbol and title, text, button; together in the middle.
 void FolderAccessRecoveryView::layOut() {
   const FolderAccessRecoveryDesign& lengths = design_;
-  const int wide = width() - 2 * lengths.inset;
+  const int wide = balancedWidth(text_.fontMetrics(), text_.text(), width() - 2 * lengths.inset);
   const int titleHeight = title_.fontMetrics().height();
   const int textHeight = text_.heightForWidth(wide);
   const QSize button = button_->sizeHint();
@@ -136,7 +137,7 @@ void FolderAccessRecoveryView::layOut() {
     title_.setGeometry(left + beside, top, titleWidth, titleHeight);
   }
   top += titleHeight + lengths.gap;
-  text_.setGeometry(lengths.inset, top, wide, textHeight);
+  text_.setGeometry((width() - wide) / 2, top, wide, textHeight);
   top += textHeight + toButton;
   button_->setGeometry((width() - button.width()) / 2, top, button.width(), button.height());
 }

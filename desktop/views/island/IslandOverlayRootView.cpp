@@ -55,7 +55,7 @@ IslandOverlayRootView::IslandOverlayRootView(const IslandOverlayRootViewModel& m
            .onStartItemDrag = [&root = root_](const ScreenshotItem& item) { return root.beginItemDrag(item); }}),
       glass_(this),
       popupEnd_(weak_.bind([](IslandOverlayRootView& self) { self.popupClosed(); })) {
-  setFocusPolicy(Qt::StrongFocus);
+  setFocusPolicy(Qt::ClickFocus);  // no stop of the Tab key, where nothing would be seen
   setAccessibleName(QString::fromUtf8(IslandTexts::kIsland));
   observe();
 }
@@ -114,7 +114,7 @@ void IslandOverlayRootView::refresh() {
   preview_.show(selected);
   preview_.setIsDraggingOut(root_.isExportDragging.get());
   meta_.show({.selectedItem = selected,
-              .selectedCount = store.selectedItemIDs.get().size(),
+              .selectedCount = store.selectedItems().size(),
               .items = store.items.get(),
               .renameRequestToken = renameRequestToken_});
   meta_.setVisible(!isEmpty);
@@ -185,17 +185,10 @@ void IslandOverlayRootView::applyLook() {
 
 // The shadow is that of where the theme is going: it would have to be rendered at every step for hardly a difference.
 void IslandOverlayRootView::tellSurface() {
-  const IslandThemeTokens& tokens = target_.tokens;
   Color tone = theme_.material.hudWindow;
   tone.alpha = 1;
-  const PanelSurface surface{.cornerRadius = metrics_.cornerRadius,
-                             .tone = toQColor(tone),
-                             .shadow = {{.opacity = tokens.containerAmbientShadowOpacity,
-                                         .radius = tokens.containerAmbientShadowRadius,
-                                         .y = tokens.containerAmbientShadowY},
-                                        {.opacity = tokens.containerMainShadowOpacity,
-                                         .radius = tokens.containerMainShadowRadius,
-                                         .y = tokens.containerMainShadowY}}};
+  const PanelSurface surface{
+      .cornerRadius = metrics_.cornerRadius, .tone = toQColor(tone), .shadow = panelShadow(target_.tokens)};
   if (shell_.onSurfaceChanged && surface != surface_) {
     shell_.onSurfaceChanged(surface);
   }

@@ -84,4 +84,15 @@ IslandTheme IslandTheme::between(const IslandTheme& from, const IslandTheme& to,
   return share < 1 ? result : to;
 }
 
+std::vector<ShadowLayer> panelShadow(const IslandThemeTokens& tokens) {
+  constexpr double rimRadius = 3;
+  return {{.opacity = tokens.containerAmbientShadowOpacity,
+           .radius = tokens.containerAmbientShadowRadius,
+           .y = tokens.containerAmbientShadowY},
+          {.opacity = tokens.containerMainShadowOpacity,
+           .radius = tokens.containerMainShadowRadius,
+           .y = tokens.containerMainShadowY},
+          {.opacity = tokens.shadowOpacity, .radius = rimRadius, .y = 0}};
+}
+
 }  // namespace quenlio

@@ -1,8 +1,12 @@
 // All that the island's views are coloured by: the tokens, and the glass that they lie on. A plain value; main thread.
 #pragma once
 
+#include <vector>
+
 #include "core/geometry/Color.h"
 #include "core/island/IslandThemeTokens.h"
+
+#include "desktop/render/SoftShadow.h"
 
 namespace quenlio {
 
@@ -31,5 +35,9 @@ struct IslandTheme {
   [[nodiscard]] static IslandTheme between(const IslandTheme& from, const IslandTheme& to, double share);
   bool operator==(const IslandTheme&) const = default;
 };
+
+// What the panel throws on what is behind it. The two wide layers fall below it; a narrow one, all around, keeps its
+// upper edge from being lost in front of its own tone.
+[[nodiscard]] std::vector<ShadowLayer> panelShadow(const IslandThemeTokens& tokens);
 
 }  // namespace quenlio

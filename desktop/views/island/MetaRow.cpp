@@ -62,6 +62,7 @@ MetaRow::MetaRow(QWidget* parent, AppTooltipHostModifier& tooltips, const Clock&
       pencilHelp_(tooltips, pencil_, localWording(IslandTexts::kRename.help)) {
   pencil_.setAccessibleDescription(pencilHelp_.text());
   pencil_.setRevealed(false);
+  pencil_.setOnPresenceChanged(weak_.bind([](MetaRow& self) { self.layOut(); }));
   QObject::connect(&pencil_, &QAbstractButton::clicked, this,
                    weak_.bind([](MetaRow& self, bool) { self.beginRename(); }));
 }
@@ -74,7 +75,7 @@ void MetaRow::apply(const IslandThemeTokens& tokens, IslandSize size) {
   metrics_ = IslandLayoutMetrics::forSize(size);
   setFont(typeOfSize(IslandTypeSizes::forSize(size).nameRow, QFont::Medium));
   name_->setFont(font());
-  name_->setColour(toQColor(tokens.textPrimary.opacity(tokens.filenameOpacity)));
+  name_->setColour(toQColor(tokens.bodyText()));
   pencil_.apply(tokens);
   editor_.apply(tokens, metrics_);
   layOut();
@@ -110,17 +111,17 @@ RenameSession::Selection MetaRow::selection() const {
 }
 
 void MetaRow::beginRename() {
-  const bool isEditing = session_.isEditing();
-  if (!session_.begin(selection())) {
-    return;
+  switch (session_.begin(selection())) {
+    case RenameSession::Beginning::refused:
+      return;
+    case RenameSession::Beginning::goesOn:
+      editor_.takeKeyboard();
+      return;
+    case RenameSession::Beginning::begun:
+      name_->hide();
+      pencil_.hide();
+      editor_.open(session_.draftName(), session_.extension());
   }
-  if (isEditing) {
-    editor_.takeKeyboard();
-    return;
-  }
-  name_->hide();
-  pencil_.hide();
-  editor_.open(session_.draftName(), session_.extension());
 }
 
 void MetaRow::commit() {
@@ -137,6 +138,7 @@ void MetaRow::endRename() {
   editor_.close();
   name_->show();
   pencil_.setVisible(session_.isOffered(selection()));
+  layOut();
 }
 
 void MetaRow::resizeEvent(QResizeEvent* /*event*/) {
@@ -146,7 +148,8 @@ void MetaRow::resizeEvent(QResizeEvent* /*event*/) {
 void MetaRow::layOut() {
   const int side = std::min(height(), static_cast<int>(metrics_.toolbarControlSize) - 2) - 2;
   pencil_.setGeometry(width() - side, (height() - side) / 2, side, side);
-  const int end = session_.isOffered(selection()) ? pencil_.x() - kGap : width() - kInset;
+  // The name has the pencil's room for as long as nobody sees that.
+  const int end = pencil_.isSeen() ? pencil_.x() - kGap : width() - kInset;
   name_->setGeometry(kInset, 0, end - kInset, height());
   editor_.setGeometry(rect());
 }
@@ -162,9 +165,9 @@ void MetaRow::leaveEvent(QEvent* /*event*/) {
 // What goes away under the pointer may not be told that the pointer left.
 void MetaRow::hideEvent(QHideEvent* event) {
   pencil_.setRevealed(false);
-  // A name that was being typed when the island went is no longer on anybody's mind when it comes back.
-  if (session_.isEditing() && !event->spontaneous()) {
-    endRename();
+  // A name that is being typed waits for the island to come back.
+  if (!event->spontaneous()) {
+    session_.putAside();
   }
 }
 

@@ -29,7 +29,7 @@ class MetaRow final : public QWidget {
 
   struct Contents {
     const ScreenshotItem* selectedItem = nullptr;
-    std::size_t selectedCount = 0;  // 0 also where an item is shown without being selected
+    std::size_t selectedCount = 0;  // 1 also where an item is shown that nobody has selected
     std::span<const ScreenshotItem> items{};
     std::int64_t renameRequestToken = 0;
   };

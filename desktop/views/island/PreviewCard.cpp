@@ -101,8 +101,7 @@ void PreviewCard::useRoom(double pixelsAPoint) {
   picture_.setRoom({.size = QSizeF(width() - 2 * (kBleed + inset), height() - 2 * (kBleed + inset)),
                     .pixelsAPoint = pixelsAPoint,
                     .largestRadius = metrics_.previewCornerRadius - inset,
-                    .checkerLight = isDark ? qRgb(66, 67, 72) : qRgb(255, 255, 255),
-                    .checkerDark = isDark ? qRgb(54, 55, 60) : qRgb(238, 239, 241)});
+                    .checker = Checker::forAppearance(isDark)});
 }
 
 void PreviewCard::resizeEvent(QResizeEvent* /*event*/) {

@@ -3,6 +3,7 @@
 #include <QtGui/QAccessible>
 #include <QtGui/QKeyEvent>
 #include <QtGui/QPainter>
+#include <QtWidgets/QGraphicsOpacityEffect>
 #include <algorithm>
 #include <utility>
 
@@ -21,10 +22,9 @@ constexpr int kGap = 4;     // between the box and the buttons
 constexpr int kMargin = 1;  // above and below the box
 constexpr double kRadius = 8;
 constexpr double kWidestExtension = 0.4;  // of the box
-// What is selected still has to be read.
-constexpr double kSelectionOnDark = 0.11;
-constexpr double kSelectionOnLight = 0.20;
 constexpr double kFocusedStroke = 0.6;
+constexpr int kFade = 14;       // of the text at an end where more of it lies beyond
+constexpr int kCursorRoom = 5;  // that the toolkit counts to the cursor on its left
 
 bool isOnDark(const IslandThemeTokens& tokens) {
   return tokens.toolbarInteractionTint.red > 0.5;
@@ -36,9 +36,13 @@ QColor warning(const IslandThemeTokens& tokens) {
 
 }  // namespace
 
+// Text that is cut off fades out there: otherwise the extension would seem to follow what is seen last.
 class RenameEditor::Field final : public QLineEdit {
  public:
-  explicit Field(RenameEditor* editor) : QLineEdit(editor), editor_(*editor) {
+  explicit Field(RenameEditor* editor) : QLineEdit(editor), editor_(*editor), fade_(new QGraphicsOpacityEffect) {
+    fade_->setOpacity(1);
+    fade_->setEnabled(false);
+    setGraphicsEffect(fade_);
     setFrame(false);
     setTextMargins(0, 0, 0, 0);
     setAccessibleName(QString::fromUtf8(IslandTexts::kFilename));
@@ -66,9 +70,42 @@ class RenameEditor::Field final : public QLineEdit {
     QLineEdit::focusOutEvent(event);
     editor_.update();
   }
+  // How far the text is scrolled is settled by painting it, and told by where the cursor is then.
+  void paintEvent(QPaintEvent* event) override {
+    QLineEdit::paintEvent(event);
+    const int cursor = cursorRect().left() + kCursorRoom;
+    const int left = cursor - fontMetrics().horizontalAdvance(text().left(cursorPosition()));
+    const int right = left + fontMetrics().horizontalAdvance(text());
+    // The cursor itself does not fade.
+    fadeAt(
+        {.width = width(), .left = left < 0 && cursor > kFade, .right = right > width() && cursor < width() - kFade});
+  }
 
  private:
+  struct Ends {
+    int width = 0;  // from one to the other
+    bool left = false;
+    bool right = false;
+    bool operator==(const Ends&) const = default;
+  };
+  void fadeAt(const Ends& ends) {
+    if (ends == faded_) {
+      return;
+    }
+    faded_ = ends;
+    QLinearGradient mask(0, 0, ends.width, 0);
+    const double share = static_cast<double>(kFade) / ends.width;
+    mask.setColorAt(0, ends.left ? Qt::transparent : Qt::black);
+    mask.setColorAt(share, Qt::black);
+    mask.setColorAt(1 - share, Qt::black);
+    mask.setColorAt(1, ends.right ? Qt::transparent : Qt::black);
+    fade_->setOpacityMask(mask);
+    fade_->setEnabled(ends.left || ends.right);
+  }
+
   RenameEditor& editor_;
+  QGraphicsOpacityEffect* fade_;  // this widget's
+  Ends faded_;
 };
 
 // No key that it has no use for goes on to the island, where some delete.
@@ -131,13 +168,12 @@ void RenameEditor::apply(const IslandThemeTokens& tokens, const IslandLayoutMetr
   QPalette colours = palette();
   colours.setColor(QPalette::Base, Qt::transparent);
   colours.setColor(QPalette::Text, toQColor(tokens.textPrimary));
-  colours.setColor(
-      QPalette::Highlight,
-      toQColor(tokens.toolbarInteractionTint.opacity(isOnDark(tokens) ? kSelectionOnDark : kSelectionOnLight)));
-  colours.setColor(QPalette::HighlightedText, toQColor(tokens.textPrimary));
+  // Turned round: what is selected is to be seen at once, and still has to be read.
+  colours.setColor(QPalette::Highlight, toQColor(tokens.iconPrimary));
+  colours.setColor(QPalette::HighlightedText, isOnDark(tokens) ? Qt::black : Qt::white);
   colours.setColor(QPalette::PlaceholderText, toQColor(tokens.textSecondary));
   field_->setPalette(colours);
-  colours.setColor(QPalette::WindowText, toQColor(tokens.textSecondary));
+  colours.setColor(QPalette::WindowText, toQColor(tokens.bodyText()));
   extension_->setPalette(colours);
   field_->setFont(font());
   extension_->setFont(font());
@@ -151,7 +187,9 @@ void RenameEditor::open(const std::string& draftName, const std::string& extensi
   wholeExtension_ = extension.empty() ? QString() : QStringLiteral(".") + QString::fromStdString(extension);
   extension_->setAccessibleName(wholeExtension_);  // what is seen of it may be cut
   field_->setText(QString::fromStdString(draftName));
-  field_->selectAll();
+  // From its end: the cursor then stands at the beginning, and what is long is seen from there on.
+  const auto length = static_cast<int>(field_->text().size());
+  field_->setSelection(length, -length);
   showRefusal({});
   layOut();
   show();
@@ -176,19 +214,26 @@ void RenameEditor::close() {
 }
 
 void RenameEditor::showRefusal(const std::optional<std::string>& reason) {
-  isRefused_ = reason.has_value();
+  refusal_ = reason;
   update();
   const QString words = reason ? QString::fromStdString(*reason) : QString();
   if (words != field_->accessibleDescription()) {
     field_->setAccessibleDescription(words);
   }
+  placeRefusal();
   if (!reason) {
-    tooltips_.withdraw(refusalID_);
     return;
   }
-  tooltips_.report({.id = refusalID_, .text = *reason, .rect = tooltips_.frameOf(*this, box_), .isUrgent = true});
   QAccessibleEvent alert(field_, QAccessible::Alert);
   QAccessible::updateAccessibility(&alert);
+}
+
+void RenameEditor::placeRefusal() {
+  if (refusal_) {
+    tooltips_.report({.id = refusalID_, .text = *refusal_, .rect = tooltips_.frameOf(*this, box_), .isUrgent = true});
+  } else {
+    tooltips_.withdraw(refusalID_);
+  }
 }
 
 void RenameEditor::resizeEvent(QResizeEvent* /*event*/) {
@@ -207,13 +252,14 @@ void RenameEditor::layOut() {
   const int words = extension_->text().isEmpty() ? 0 : type.horizontalAdvance(extension_->text()) + 1;
   extension_->setGeometry(box_.right() + 1 - kInset - words, box_.y(), words, box_.height());
   field_->setGeometry(box_.x() + kInset, box_.y(), extension_->x() - box_.x() - kInset - 1, box_.height());
+  placeRefusal();
 }
 
 void RenameEditor::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
   const QRectF box = snappedToPixels(painter, box_);
   fillRounded(painter, box, kRadius, toQColor(tokens_.thumbnailPlateFill));
-  const QColor stroke = isRefused_           ? warning(tokens_)
+  const QColor stroke = refusal_             ? warning(tokens_)
                         : field_->hasFocus() ? toQColor(tokens_.iconPrimary.opacity(kFocusedStroke))
                                              : toQColor(tokens_.innerStrokeColor);
   strokeInside(painter, box, kRadius, stroke);

@@ -49,6 +49,7 @@ class RenameEditor final : public QWidget {
 
   void connectControls();
   void layOut();
+  void placeRefusal();
 
   WeakOwner<RenameEditor> weak_{this};  // first: its members are given callbacks while it is being made
   Callbacks callbacks_;
@@ -64,7 +65,7 @@ class RenameEditor final : public QWidget {
   Uuid refusalID_ = Uuid::random();  // that of the refusal among the tooltips
   QString wholeExtension_;
   QRect box_;  // around field and extension
-  bool isRefused_ = false;
+  std::optional<std::string> refusal_;
 };
 
 }  // namespace quenlio

@@ -21,7 +21,7 @@ RowButton::RowButton(QWidget* row, std::string_view symbol, std::string_view nam
     : PaintedButton(row),
       symbol_(symbol),
       tokens_(IslandThemeTokens::forAppearance(IslandAppearanceStyle::light, false)),
-      presence_(scheduler, clock, 1, weak_.bind([](RowButton& self) { self.update(); })) {
+      presence_(scheduler, clock, 1, weak_.bind([](RowButton& self) { self.presenceChanged(); })) {
   setAccessibleName(QString::fromUtf8(name));
 }
 
@@ -44,12 +44,24 @@ RowButtonEmphasis RowButton::emphasis() const {
       {.isRevealed = isRevealed_, .isHovering = isHovered(), .isPressed = isDown(), .isFocused = showsFocus()});
 }
 
+bool RowButton::isSeen() const {
+  return isVisible() && (presence_.value() > 0 || presence_.target() > 0);
+}
+
 void RowButton::turn() {
   const double presence = emphasis().presence;
   if (isVisible()) {
     presence_.animateTo(presence, IslandMotion::kEase);
   } else {
     presence_.jumpTo(presence);
+  }
+  presenceChanged();
+}
+
+void RowButton::presenceChanged() {
+  update();
+  if (onPresenceChanged_) {
+    onPresenceChanged_();
   }
 }
 

@@ -1,7 +1,9 @@
 // A small round button of the name row: a symbol, and under the pointer a disc behind it. Main thread.
 #pragma once
 
+#include <functional>
 #include <string_view>
+#include <utility>
 
 #include "core/base/WeakOwner.h"
 #include "core/island/IslandThemeTokens.h"
@@ -22,6 +24,12 @@ class RowButton : public PaintedButton {
   void apply(const IslandThemeTokens& tokens);
   // A button that is not revealed is there all the same: for the keyboard, which reveals it, and for screen readers.
   void setRevealed(bool isRevealed);
+  // Something of it is on the screen, or will be in a moment.
+  [[nodiscard]] bool isSeen() const;
+  // Called when that may have changed.
+  void setOnPresenceChanged(std::function<void()> onPresenceChanged) {
+    onPresenceChanged_ = std::move(onPresenceChanged);
+  }
 
  protected:
   void paintEvent(QPaintEvent* event) override;
@@ -31,11 +39,13 @@ class RowButton : public PaintedButton {
  private:
   [[nodiscard]] RowButtonEmphasis emphasis() const;
   void turn();
+  void presenceChanged();
 
   WeakOwner<RowButton> weak_{this};
   std::string_view symbol_;
   IslandThemeTokens tokens_;
   bool isRevealed_ = true;
+  std::function<void()> onPresenceChanged_;
   Motion presence_;
 };
 

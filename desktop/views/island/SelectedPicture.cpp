@@ -11,29 +11,12 @@ namespace quenlio {
 namespace {
 
 constexpr double kThinnest = 3;  // points; what is thinner would hardly be seen
-constexpr double kCheckerSquare = 6;
-
-bool hasClearPixels(const QImage& image) {
-  for (int y = 0; y < image.height(); ++y) {
-    const auto* line = reinterpret_cast<const QRgb*>(image.constScanLine(y));
-    if (std::any_of(line, line + image.width(), [](QRgb pixel) { return qAlpha(pixel) < 255; })) {
-      return true;
-    }
-  }
-  return false;
-}
+constexpr double kMostEnlarged = 2;
 
 void putCheckerUnder(QImage& image, const PictureRoom& room) {
-  const int square = std::max(1, static_cast<int>(std::lround(kCheckerSquare * room.pixelsAPoint)));
-  QImage tile(2 * square, 2 * square, QImage::Format_ARGB32_Premultiplied);
-  tile.fill(QColor::fromRgba(room.checkerLight));
-  QPainter tiles(&tile);
-  tiles.fillRect(square, 0, square, square, QColor::fromRgba(room.checkerDark));
-  tiles.fillRect(0, square, square, square, QColor::fromRgba(room.checkerDark));
-  tiles.end();
   QPainter painter(&image);
   painter.setCompositionMode(QPainter::CompositionMode_DestinationOver);
-  painter.fillRect(image.rect(), QBrush(tile));
+  painter.fillRect(image.rect(), room.checker.brush(room.pixelsAPoint));
 }
 
 }  // namespace
@@ -47,13 +30,27 @@ bool SelectedPicture::show(const ScreenshotItem* item) {
     return false;
   }
   const bool isAnother = !next || !shown_ || next->id != shown_->id;
+  if (!isAnother && next->thumbnail == shown_->thumbnail) {
+    rename(next->url);
+    return false;
+  }
   shown_ = std::move(next);
-  inThumbnail_ = pictureOnCanvas(shown_ ? shown_->thumbnail : nullptr);
+  const ImageRef thumbnail = shown_ ? shown_->thumbnail : nullptr;
+  inThumbnail_ = pictureOnCanvas(thumbnail);
+  ownSize_ = ownSizeOf(thumbnail);
   isBroken_ = false;
   forgetSharp();
   askIfNeeded();
   changed_();
   return isAnother;
+}
+
+// The picture is the same. What was asked of the old name may not have been found there any more.
+void SelectedPicture::rename(const FileURL& url) {
+  shown_->url = url;
+  if (!askedFor_.isEmpty() && sharp_.isNull()) {
+    ask();
+  }
 }
 
 void SelectedPicture::setRoom(const PictureRoom& room) {
@@ -91,14 +88,16 @@ QSize SelectedPicture::roomInPixels() const {
 // As large as fits with its shape kept. What is a thousand times wider than high is shown a little higher than it is.
 QSize SelectedPicture::sizeInPixels(const QSize& shape) const {
   const int thinnest = static_cast<int>(std::lround(kThinnest * room_.pixelsAPoint));
-  return fitted(shape, roomInPixels()).expandedTo(QSize(thinnest, thinnest)).boundedTo(roomInPixels());
+  const QSize most = (ownSize_ * kMostEnlarged * room_.pixelsAPoint).toSize().boundedTo(roomInPixels());
+  return fitted(shape, most).expandedTo(QSize(thinnest, thinnest)).boundedTo(roomInPixels());
 }
 
 // As the well's where the picture has room for that, and less on a small or narrow one: corners hold things that one
 // has captured.
 double SelectedPicture::cornerRadius() const {
   const QSizeF size = QSizeF(prepared_.size()) / room_.pixelsAPoint;
-  return std::clamp(std::min(size.width(), size.height()) * 0.07, 2.0, std::max(2.0, room_.largestRadius));
+  const double shorter = std::min(size.width(), size.height());
+  return std::clamp(shorter * 0.07, std::min(2.0, shorter / 4), std::max(2.0, room_.largestRadius));
 }
 
 void SelectedPicture::forgetSharp() {
@@ -123,7 +122,7 @@ void SelectedPicture::askIfNeeded() {
   if (inThumbnail_.isEmpty()) {
     return;
   }
-  const QSize wanted = fitted(inThumbnail_.size(), roomInPixels());
+  const QSize wanted = sizeInPixels(inThumbnail_.size());
   if (wanted.width() > inThumbnail_.width() || wanted.height() > inThumbnail_.height()) {
     ask();
   }
@@ -142,6 +141,9 @@ void SelectedPicture::take(std::uint64_t request, const ImageRef& image) {
     return;
   }
   sharp_ = pixelsOf(image);
+  if (!sharp_.isNull()) {
+    ownSize_ = ownSizeOf(image);
+  }
   isBroken_ = sharp_.isNull() && inThumbnail_.isEmpty();
   prepared_ = {};
   changed_();

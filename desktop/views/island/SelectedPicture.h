@@ -1,6 +1,7 @@
 // The selected screenshot's picture in the pixels that the preview has for it. Owned by the preview. Main thread.
 //
-// The thumbnail serves at once. Where the room has more device pixels than the thumbnail, a sharper rendition is asked
+// It is as large as there is room; a tiny one is enlarged only a little, or there would be nothing but blur. The
+// thumbnail serves at once. Where it has fewer device pixels than the picture is shown in, a sharper rendition is asked
 // for, and kept for as long as it is on the screen. What is prepared for painting has round corners, and a checker
 // shows through where the picture is clear.
 #pragma once
@@ -15,6 +16,8 @@
 #include "core/library/ScreenshotItem.h"
 #include "core/platform/Scheduler.h"
 
+#include "desktop/views/common/Checker.h"
+
 namespace quenlio {
 
 // Decodes a file into a picture that fits into that many pixels, off the main thread, and hands it back on the main
@@ -28,8 +31,7 @@ struct PictureRoom {
   QSizeF size;
   double pixelsAPoint = 1;
   double largestRadius = 0;  // of the picture's corners
-  QRgb checkerLight = 0;
-  QRgb checkerDark = 0;
+  Checker checker;
   bool operator==(const PictureRoom&) const = default;
 };
 
@@ -65,6 +67,7 @@ class SelectedPicture {
   };
   [[nodiscard]] QSize roomInPixels() const;
   [[nodiscard]] QSize sizeInPixels(const QSize& shape) const;
+  void rename(const FileURL& url);
   void forgetSharp();
   void askIfNeeded();
   void ask();
@@ -77,6 +80,7 @@ class SelectedPicture {
   bool isOnScreen_ = false;
   std::optional<Shown> shown_;
   QRect inThumbnail_;  // where the picture is on the thumbnail's canvas
+  QSizeF ownSize_;     // in points, of the picture in its file
   bool isBroken_ = false;
   QImage sharp_;
   QSize askedFor_;             // the room that the last request was for; empty: none made

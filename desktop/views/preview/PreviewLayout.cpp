@@ -7,6 +7,7 @@ namespace quenlio::preview {
 namespace {
 
 constexpr QSize kAroundPicture{2 * kInset, kCaptionHeight + kInset};
+constexpr double kBesideOther = 12;  // between the window and one beside it
 
 QSizeF largestWindow(const Room& room) {
   return {std::floor(room.workArea.width() * kShareOfWorkArea), std::floor(room.workArea.height() * kShareOfWorkArea)};
@@ -67,6 +68,19 @@ Rect<Screen> frameAround(Point<Screen> centre, const QSize& window, const Rect<S
   return {{origin(centre.x, size.width, workArea.minX(), workArea.maxX()),
            origin(centre.y, size.height, workArea.minY(), workArea.maxY())},
           size};
+}
+
+Rect<Screen> frameBeside(const Rect<Screen>& other, const Rect<Screen>& frame, const Rect<Screen>& workArea) {
+  const bool isUnder = frame.minX() < other.maxX() && other.minX() < frame.maxX() && frame.minY() < other.maxY() &&
+                       other.minY() < frame.maxY();
+  if (!isUnder) {
+    return frame;
+  }
+  const bool goesLeft = frame.minX() + frame.maxX() <= other.minX() + other.maxX();
+  const double wanted = goesLeft ? frame.maxX() - other.minX() : other.maxX() - frame.minX();
+  const double room = goesLeft ? frame.minX() - workArea.minX() : workArea.maxX() - frame.maxX();
+  const double by = std::floor(std::clamp(wanted + kBesideOther, 0.0, std::max(room, 0.0)));
+  return frame.moved(goesLeft ? -by : by, 0);
 }
 
 }  // namespace quenlio::preview

@@ -47,5 +47,8 @@ struct Room {
 // The window of this size around the point, moved as far as it takes to be wholly in the work area; whole points. The
 // screen's coordinates, y growing upward.
 [[nodiscard]] Rect<Screen> frameAround(Point<Screen> centre, const QSize& window, const Rect<Screen>& workArea);
+// The frame moved sideways from under the other window, which stands above it, as far as the work area goes.
+[[nodiscard]] Rect<Screen> frameBeside(const Rect<Screen>& other, const Rect<Screen>& frame,
+                                       const Rect<Screen>& workArea);
 
 }  // namespace quenlio::preview

@@ -4,6 +4,8 @@
 
 #include <QtGui/QColor>
 
+#include "desktop/views/common/Checker.h"
+
 namespace quenlio {
 
 struct PreviewPalette {
@@ -15,6 +17,7 @@ struct PreviewPalette {
   QColor name;
   QColor detail;       // text that is less important
   QColor well;         // behind the picture
+  Checker checker;     // where that is clear
   QColor outline;      // around the picture
   QColor controlFill;  // under a control that the pointer is on
   QColor glyph;

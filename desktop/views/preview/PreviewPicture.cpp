@@ -1,10 +1,12 @@
 #include "desktop/views/preview/PreviewPicture.h"
 
 #include <QtGui/QPainter>
+#include <cerrno>
 #include <cmath>
 #include <sys/stat.h>
 
 #include "desktop/render/ImageDecoder.h"
+#include "desktop/views/common/Checker.h"
 
 namespace quenlio {
 namespace {
@@ -34,6 +36,12 @@ void roundCorners(QImage& image, double radius) {
   painter.drawImage(QPoint(right, 0), mask, QRect(QPoint(side, 0), corner));
   painter.drawImage(QPoint(0, bottom), mask, QRect(QPoint(0, side), corner));
   painter.drawImage(QPoint(right, bottom), mask, QRect(QPoint(side, side), corner));
+}
+
+// A file that nobody may look at just now, as in a folder that is locked, may well be there.
+bool isGone(const FileURL& url) {
+  struct stat status {};
+  return ::stat(url.path().c_str(), &status) != 0 && (errno == ENOENT || errno == ENOTDIR);
 }
 
 bool exceeds(const QSize& size, const QSize& other, int tolerance) {
@@ -88,11 +96,15 @@ PreviewPicture loadPreviewPicture(const PictureSource& source, const FileURL& ur
   auto decoded = points ? source.decode(url, preview::shownPixels(*points, room), true, stop)
                         : decodeUnmeasured(source, url, room, stop);
   if (!decoded) {
-    return {.state = PreviewStamp::of(url) ? State::unreadable : State::gone, .points = {}, .image = {}};
+    return {.state = isGone(url) ? State::gone : State::unreadable, .points = {}, .image = {}};
   }
   const QSizeF size(decoded->image.size());
+  const bool isClearInPlaces = hasClearPixels(decoded->image);
   roundCorners(decoded->image, preview::pictureRadius(size, preview::kPictureRadius * room.scale));
-  return {.state = State::ready, .points = decoded->pointSize, .image = std::move(decoded->image)};
+  return {.state = State::ready,
+          .points = decoded->pointSize,
+          .image = std::move(decoded->image),
+          .isClearInPlaces = isClearInPlaces};
 }
 
 }  // namespace quenlio

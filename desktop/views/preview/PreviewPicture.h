@@ -25,6 +25,7 @@ struct PreviewPicture {
   State state = State::loading;
   std::optional<QSizeF> points;  // the picture's own size, as soon as it is known
   QImage image;                  // when ready: as many device pixels as it is shown in, its corners rounded
+  bool isClearInPlaces = false;  // by its own pixels
 };
 
 // Opens pictures. Any thread, several at once.
@@ -41,7 +42,7 @@ struct PictureSource {
 // Tells a file from another one, or from itself after it has been written to.
 class PreviewStamp {
  public:
-  // Nothing when there is no such file.
+  // Nothing when there is no such file, or none that may be looked at.
   [[nodiscard]] static std::optional<PreviewStamp> of(const FileURL& url);
   bool operator==(const PreviewStamp&) const = default;
 

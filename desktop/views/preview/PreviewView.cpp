@@ -75,6 +75,7 @@ void PreviewView::show(const PreviewContent& content) {
   message_->setText(content.message);
   message_->setVisible(!content.message.isEmpty());
   picture_ = content.picture;
+  isClearInPlaces_ = content.isClearInPlaces;
   arrange();
   update();
 }
@@ -117,10 +118,15 @@ void PreviewView::paintPicture(QPainter& painter) const {
   place.moveCenter(preview::pictureArea(size()).center());
   // On whole device pixels, or the picture would be drawn between them.
   place.moveTopLeft(snappedToPixels(painter, place).topLeft());
+  const double radius = preview::pictureRadius(place.size(), preview::kPictureRadius);
+  if (isClearInPlaces_) {
+    QBrush checker = palette_.checker.brush(scale);
+    checker.setTransform(QTransform::fromTranslate(place.x(), place.y()).scale(1 / scale, 1 / scale));
+    fillRounded(painter, place, radius, checker);
+  }
   painter.drawImage(place, picture_);
   // Just outside, so that it takes nothing of the picture, and the smallest one is seen.
   const double line = std::max(1.0, std::floor(scale)) / scale;
-  const double radius = preview::pictureRadius(place.size(), preview::kPictureRadius);
   strokeInside(painter, place.adjusted(-line, -line, line, line), radius > 0 ? radius + line : 0, palette_.outline);
 }
 

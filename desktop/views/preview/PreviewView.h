@@ -20,7 +20,8 @@ struct PreviewContent {
   QString name;
   QString position;  // such as "3 of 12"
   QImage picture;    // in device pixels; a null image for none
-  QString message;   // where there is no picture
+  bool isClearInPlaces = false;
+  QString message;  // where there is no picture
 };
 
 class PreviewView final : public QWidget {
@@ -52,6 +53,7 @@ class PreviewView final : public QWidget {
   Actions actions_;
   PreviewPalette palette_;
   QImage picture_;
+  bool isClearInPlaces_ = false;
   std::optional<QPoint> dragged_;  // where the pointer was last, while it moves the window
   // Children.
   PreviewText* name_;

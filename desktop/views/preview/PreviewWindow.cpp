@@ -45,6 +45,7 @@ Point<Screen> middleOf(const Rect<Screen>& rect) {
 PreviewWindow::PreviewWindow(const Dependencies& dependencies, std::function<void()> onClose)
     : scheduler_(dependencies.scheduler),
       appearance_(dependencies.appearance),
+      windows_(dependencies.windows),
       // The island stays above it: who has the pointer there goes on choosing there, and sees what is chosen.
       panel_(kAnywhere, intent_, dependencies.compositor, PanelLayer::amongOthers),
       pictures_(dependencies.scheduler, dependencies.pictures, weak_.bind([](PreviewWindow& self) { self.refresh(); })),
@@ -214,8 +215,11 @@ void PreviewWindow::present() {
   const PreviewContent shown = content();
   view_->show(shown);
   panel_.setTitle(shown.name);
+  if (!isUp_) {
+    above_ = framesAbove();
+  }
   if (centre_) {
-    panel_.setFrame(preview::frameAround(*centre_, windowSize(), workArea_));
+    panel_.setFrame(frame());
   }
   if (std::exchange(wantsFront_, false)) {
     comeUp();
@@ -247,6 +251,7 @@ PreviewContent PreviewWindow::content() const {
   switch (picture.state) {
     case PreviewPicture::State::ready:
       content.picture = picture.image;
+      content.isClearInPlaces = picture.isClearInPlaces;
       break;
     case PreviewPicture::State::loading:
       content.message = patience_ == Patience::worthAWord ? QStringLiteral("Loading…") : QString();
@@ -268,6 +273,27 @@ QSize PreviewWindow::windowSize() const {
   }
   const Size size = panel_.frame().size;
   return isUp_ ? QSizeF(size.width, size.height).toSize() : preview::windowSizeWithoutPicture(room_);
+}
+
+// The island, which stays above, covers no more of the picture than it must. Not the user's own choice of a place.
+Rect<Screen> PreviewWindow::frame() const {
+  Rect<Screen> frame = preview::frameAround(*centre_, windowSize(), workArea_);
+  if (!isDragged_) {
+    for (const Rect<Screen>& other : above_) {
+      frame = preview::frameBeside(other, frame, workArea_);
+    }
+  }
+  return frame;
+}
+
+std::vector<Rect<Screen>> PreviewWindow::framesAbove() const {
+  std::vector<Rect<Screen>> frames;
+  for (const WindowInfo& window : windows_.visibleWindows()) {
+    if (window.level >= kStatusWindowLevel) {
+      frames.push_back(window.frame);
+    }
+  }
+  return frames;
 }
 
 }  // namespace quenlio

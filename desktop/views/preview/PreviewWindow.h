@@ -16,6 +16,7 @@
 #include "core/base/WeakOwner.h"
 #include "core/platform/Application.h"
 #include "core/platform/Scheduler.h"
+#include "core/platform/Windows.h"
 
 #include "desktop/linux/session/QtPanel.h"
 #include "desktop/linux/session/ScreenChanges.h"
@@ -35,6 +36,7 @@ class PreviewWindow {
     Scheduler& scheduler;
     CompositorWatch& compositor;
     Appearance& appearance;
+    const Windows& windows;
     PictureSource pictures;
   };
   // onClose is told that the user wants it closed, and may let go of the window only once that call has returned.
@@ -72,11 +74,14 @@ class PreviewWindow {
   void enter();
   [[nodiscard]] PreviewContent content() const;
   [[nodiscard]] QSize windowSize() const;
+  [[nodiscard]] Rect<Screen> frame() const;
+  [[nodiscard]] std::vector<Rect<Screen>> framesAbove() const;
 
   WeakOwner<PreviewWindow> weak_{this};  // first: members are given callbacks while they are made
   Scheduler& scheduler_;
   UserIntent intent_;  // its own: that the preview may take the keyboard is no leave for the island to take it away
   Appearance& appearance_;
+  const Windows& windows_;
   QtPanel panel_;
   PreviewView* view_;  // the panel's
   PreviewPictures pictures_;
@@ -87,6 +92,7 @@ class PreviewWindow {
   Rect<Screen> workArea_;
   std::optional<Point<Screen>> centre_;  // of the window, once it has been given a place
   bool isDragged_ = false;               // to a place of the user's choice
+  std::vector<Rect<Screen>> above_;      // windows that stood above it when it came up
   Patience patience_ = Patience::fresh;
   ScheduledTask wait_;           // while the patience with a picture may change
   QPointer<QWidget> keyBefore_;  // this came up

@@ -126,6 +126,17 @@ TYPED_TEST(PanelContract, isMadeKeyWhileItIsShown) {
   EXPECT_TRUE(this->kind.waitFor([this] { return this->panel->isKeyWindow(); }));
 }
 
+TYPED_TEST(PanelContract, itsKeysAreTheContentsUnlessATextFieldHasBeenEntered) {
+  ASSERT_TRUE(this->makeKey());
+  EXPECT_EQ(this->panel->firstResponder(), FirstResponder::contentView);
+  this->kind.enterTextField();
+  EXPECT_EQ(this->panel->firstResponder(), FirstResponder::textField);
+  this->panel->makeKeyWindow();
+  EXPECT_EQ(this->panel->firstResponder(), FirstResponder::textField) << "the keyboard alone changes nothing inside";
+  this->panel->makeContentViewFirstResponder();
+  EXPECT_EQ(this->panel->firstResponder(), FirstResponder::contentView);
+}
+
 TYPED_TEST(PanelContract, tellsOfKeysWhileItHasTheKeyboard) {
   std::vector<KeyEvent> keys;
   this->panel->setOnKeyDown([&keys](const KeyEvent& key) {

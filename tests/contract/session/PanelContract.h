@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QtGui/QImage>
+#include <QtWidgets/QLineEdit>
 #include <QtWidgets/QWidget>
 #include <functional>
 #include <memory>
@@ -47,6 +48,8 @@ struct FakePanels {
   [[nodiscard]] bool blend() const { return true; }
   [[nodiscard]] double alpha() const { return made->alpha(); }
   void userAsks() const {}
+  // The user goes into a text field of the content.
+  void enterTextField() const { made->focus(FirstResponder::textField); }
   [[nodiscard]] bool anotherProgramTakesKeyboard() {
     if (made != nullptr) {
       made->resignKey();
@@ -68,6 +71,7 @@ class RealPanels {
     auto content = std::make_unique<QWidget>();
     content->setFocusPolicy(Qt::StrongFocus);
     content->setAutoFillBackground(true);
+    field_ = new QLineEdit(content.get());
     panel->setContentView(std::move(content));
     window_ = &panel->window();
     return panel;
@@ -85,6 +89,7 @@ class RealPanels {
     return static_cast<double>(const_cast<QWidget*>(window_)->grab().toImage().pixelColor(20, 20).alphaF());
   }
   void userAsks() { intent_.note(); }
+  void enterTextField() const { field_->setFocus(); }
   [[nodiscard]] bool anotherProgramTakesKeyboard() {
     other_.emplace();
     return other_->showAndTakeKeyboard({100, 100, 300, 200});
@@ -107,6 +112,7 @@ class RealPanels {
   std::optional<TwoMonitors> monitors_;
   std::optional<OtherProgram> other_;
   const QWidget* window_ = nullptr;
+  QLineEdit* field_ = nullptr;
 };
 
 }  // namespace quenlio

@@ -46,7 +46,12 @@ class RealKind {
     panel_.setContentView(std::make_unique<QWidget>());
     panel_.setFrame(kFrame);
     panel_.orderFrontRegardless();
-    return waitUntil([this] { return isMapped(static_cast<xcb_window_t>(panel_.window().winId())); });
+    // Once the window manager has it, and the toolkit has heard of all that came of that.
+    return waitUntil([this] {
+      const auto windows = real_.visibleWindows();
+      return isMapped(static_cast<xcb_window_t>(panel_.window().winId())) && !windows.empty() &&
+             windows.front().frame == kFrame;
+    });
   }
 
  private:

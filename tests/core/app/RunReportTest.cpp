@@ -1,4 +1,7 @@
 // What the diagnostics state tells of the application, gathered by itself.
+#include <functional>
+#include <tuple>
+
 #include "core/app/CaptureTrigger.h"
 #include "core/app/RunReport.h"
 #include "core/onboarding/OnboardingSession.h"
@@ -46,6 +49,47 @@ TEST_F(RunReportTest, probesThePermissionsWhereNoneAreGiven) {
   platform.files.setUnlistable("/home/user/Desktop", true);
   report->syncReleaseTestState(*store, std::nullopt);
   EXPECT_EQ(reported(), (QuenlioReleaseTestPermissionSnapshot{false, false}));
+}
+
+TEST_F(RunReportTest, bothReportsTellOfTheFirstRunAndOfTheThumbnailThatTheUserDoesNotWant) {
+  const auto told = [this] {
+    const auto state = platform.state();
+    return std::tuple(state.onboardingState, state.onboardingCurrentStep, state.firstRunRecoveryApplied,
+                      state.firstRunRecoveryForcedPending, state.firstRunRecoveryAction,
+                      state.floatingThumbnailDisabledRequested, state.installPromptVisible);
+  };
+  const auto nothing = std::tuple(std::optional<std::string>("pending"), std::optional<std::string>(), false, false,
+                                  std::optional<std::string>(), false, false);
+  const auto all = std::tuple(std::optional<std::string>("completed"), std::optional<std::string>("welcome"), true,
+                              true, std::optional<std::string>("resume_pending_onboarding"), true, false);
+  for (const auto& tell : {std::function<void()>([this] { report->syncFirstRunDiagnostics(); }),
+                           std::function<void()>([this] { report->syncReleaseTestState(*store, std::nullopt); })}) {
+    onboarding = {};
+    platform.defaults.standardUserDefaults().removeObjectForKey("settings.disableFloatingThumbnail.requested");
+    tell();
+    EXPECT_EQ(told(), nothing);
+    onboarding.onboardingState = OnboardingProgressState::completed;
+    onboarding.onboardingCurrentStep = "welcome";
+    onboarding.firstRunRecoveryApplied = true;
+    onboarding.firstRunRecoveryForcedPending = true;
+    onboarding.firstRunRecoveryActionName = "resume_pending_onboarding";
+    platform.defaults.standardUserDefaults().setObject("settings.disableFloatingThumbnail.requested", true);
+    tell();
+    EXPECT_EQ(told(), all);
+  }
+}
+
+TEST_F(RunReportTest, theWholeReportTellsWhatTheApplicationAloneKnows) {
+  platform.bundle.info["CFBundleShortVersionString"] = "7.8.9";
+  onboarding.onboardingController = std::make_unique<FloatingThumbnailOnboardingController>();
+  onboarding.onboardingScreenshotRecoveryResultName = "notNeeded";
+  report->statusItemVisibilityChanged(true);
+  diagnostics->update([](QuenlioReleaseTestState& state) { state = {}; });
+  report->syncReleaseTestState(*store, std::nullopt);
+  EXPECT_EQ(platform.state().appVersion, "7.8.9");
+  EXPECT_TRUE(platform.state().onboardingVisible);
+  EXPECT_EQ(platform.state().onboardingScreenshotRecoveryResult, "notNeeded");
+  EXPECT_TRUE(platform.state().statusItemVisible);
 }
 
 TEST_F(RunReportTest, thePartOfTheFirstRunLeavesTheRestAsItStands) {

@@ -104,6 +104,32 @@ TEST_F(FolderRequest, startsTheWatcherAnewAndPublishesThePermissions) {
   EXPECT_FALSE(platform.state().permissionState.desktopFolderReadable);
 }
 
+TEST_F(FolderRequest, listsTheFolderThenStartsTheWatcherAnewThenPublishes) {
+  launch();
+  app->openIslandToolFromMenu();
+  platform.files.duringListing = [this](const FileURL&, HiddenFiles) { platform.log.add("listing"); };
+  platform.log.clear();
+  platform.islandShell.view->onRequestFolderAccess();
+  EXPECT_EQ(platform.log.calls(),
+            (Names{"listing", "FSEventStreamStop /home/user/Desktop", "FSEventStreamInvalidate /home/user/Desktop",
+                   "FSEventStreamRelease /home/user/Desktop", "listing", "FSEventStreamCreate /home/user/Desktop",
+                   "FSEventStreamSetDispatchQueue Quenlio.Watcher", "FSEventStreamStart /home/user/Desktop",
+                   "createDirectory /run", "writeAtomically /run/state.json"}));
+}
+
+TEST_F(FolderRequest, aFolderThatIsGoneOrIsAFileIsNotTried) {
+  launch();
+  app->openIslandToolFromMenu();
+  int listings = 0;
+  platform.files.duringListing = [&](const FileURL&, HiddenFiles) { ++listings; };
+  platform.files.remove(kDesktop);
+  platform.islandShell.view->onRequestFolderAccess();
+  EXPECT_EQ(listings, 1) << "the watcher's alone";
+  platform.files.write(kDesktop, "a file");
+  platform.islandShell.view->onRequestFolderAccess();
+  EXPECT_EQ(listings, 2) << "the watcher's alone";
+}
+
 TEST_F(FolderRequest, triesAListingOfTheFolderWithoutHiddenFilesWhateverComesOfIt) {
   launch();
   app->openIslandToolFromMenu();

@@ -53,6 +53,27 @@ RC_GTEST_PROP(LowercasedProperty, keepsTheLengthAndEveryByteThatIsNoCapital, (co
   }
 }
 
+TEST(Beginning, cutsNoCharacterInTwo) {
+  EXPECT_EQ(beginning("abc", 4), "abc");
+  EXPECT_EQ(beginning("abc", 3), "abc");
+  EXPECT_EQ(beginning("abc", 2), "ab");
+  EXPECT_EQ(beginning("abc", 0), "");
+  for (const std::string_view character : {"\u00e9", "\u20ac", "\U0001F4F7"}) {
+    const std::string text = "ab" + std::string(character) + "c";
+    for (std::size_t inside = 0; inside < character.size(); ++inside) {
+      EXPECT_EQ(beginning(text, 2 + inside), "ab");
+    }
+    EXPECT_EQ(beginning(text, 2 + character.size()), "ab" + std::string(character));
+  }
+}
+
+TEST(Beginning, cutsAnywhereWhatIsNoUTF8) {
+  const std::string bytes(8, '\x80');
+  for (std::size_t longest = 0; longest <= 8; ++longest) {
+    EXPECT_EQ(beginning(bytes, longest).size(), longest);
+  }
+}
+
 TEST(Readable, keepsWhatIsUTF8) {
   EXPECT_EQ(readable(""), "");
   EXPECT_EQ(readable("a\n\u00e9\u20ac\U0001F4F7\U0010FFFF"), "a\n\u00e9\u20ac\U0001F4F7\U0010FFFF");

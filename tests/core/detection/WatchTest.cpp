@@ -78,6 +78,20 @@ TEST_F(Watch, aForcedRestartEndsTheStreamInOrderAndMakesANewOne) {
   EXPECT_EQ(eventStreams.runningCount(), 1U);
 }
 
+TEST_F(Watch, whatIsOldIsDecidedWhileNoStreamRuns) {
+  files.duringListing = [this](const FileURL& folder, HiddenFiles hidden) {
+    log.add("FSEventStream" + std::string(hidden == HiddenFiles::skip ? " listing of " : " whole of ") + folder.path());
+  };
+  startWithoutPoll();
+  EXPECT_EQ(streamCalls(), (std::vector<std::string>{" listing of " + kFolder, "Create " + kFolder,
+                                                     "SetDispatchQueue Quenlio.Watcher", "Start " + kFolder}));
+  log.clear();
+  watcher->restartWatcher(true);
+  EXPECT_EQ(streamCalls(), (std::vector<std::string>{"Stop " + kFolder, "Invalidate " + kFolder, "Release " + kFolder,
+                                                     " listing of " + kFolder, "Create " + kFolder,
+                                                     "SetDispatchQueue Quenlio.Watcher", "Start " + kFolder}));
+}
+
 TEST_F(Watch, whatLiesInTheFolderAtTheStartIsNotNew) {
   files.write(kShot);
   start();

@@ -215,6 +215,17 @@ TEST_F(Diagnostics, workOnAQueueOfTheirOwnThatAsksForNoPriority) {
       (std::map<std::string, QualityOfService>{{"Quenlio.ReleaseTestDiagnostics", QualityOfService::unspecified}}));
 }
 
+TEST_F(Diagnostics, anEventLeavesTheStateAsItStands) {
+  auto& running = start();
+  running.update([](auto& state) { state.screenshotCount = 1; });
+  const auto before = files.content("/out/run/state.json");
+  const auto writes = log.count("writeAtomically /out/run/state.json");
+  time.advanceBy(5s);
+  running.record("event");
+  EXPECT_EQ(files.content("/out/run/state.json"), before);
+  EXPECT_EQ(log.count("writeAtomically /out/run/state.json"), writes);
+}
+
 TEST_F(Diagnostics, nothingIsLeftWaiting) {
   auto& running = start();
   running.update([](auto&) {});

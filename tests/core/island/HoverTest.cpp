@@ -37,6 +37,18 @@ TEST_F(Hover, aKeyboardThatTheIslandHadBeforeStaysWithIt) {
   EXPECT_TRUE(panel().isKeyWindow());
 }
 
+TEST_F(Hover, aKeyboardThatTheUserAskedForIsNotTheOneThatCameWithThePointerBefore) {
+  openShown();
+  panel().resignKey();
+  hover(true);
+  island->hide({});
+  island->show(1);
+  ASSERT_TRUE(panel().isKeyWindow());
+  hover(true);
+  hover(false);
+  EXPECT_TRUE(panel().isKeyWindow());
+}
+
 TEST_F(Hover, onceAMenuHasClosedThePointerIsLookedForWhereItIs) {
   openShown();
   putPointerOnPanel();

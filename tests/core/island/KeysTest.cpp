@@ -33,16 +33,16 @@ TEST_F(Keys, returnWithTwoSelectedOrNoneIsPassedOn) {
   EXPECT_EQ(state().renameRequestToken.get(), 0);
 }
 
-// The preview shows the newest then, and that is what can be handed out and looked at; a name and an editor are for
-// what has been chosen.
-TEST_F(Keys, withNothingSelectedTheNewestIsActedOnButNeitherRenamedNorEdited) {
+// The preview shows the newest then, and every key acts on what is shown.
+TEST_F(Keys, withNothingSelectedTheNewestIsActedOn) {
   openWith({"a.png", "b.png"});
   store.toggleSelection(store.items.get().front());
   ASSERT_TRUE(store.selectedItemIDs.get().empty());
-  EXPECT_FALSE(key(kReturn));
-  EXPECT_EQ(state().renameRequestToken.get(), 0);
-  EXPECT_FALSE(letter("e", kModifierCommand));
-  EXPECT_TRUE(platform.editors.opened.empty());
+  EXPECT_TRUE(key(kReturn));
+  EXPECT_EQ(state().renameRequestToken.get(), 1);
+  EXPECT_TRUE(letter("e", kModifierCommand));
+  ASSERT_EQ(platform.editors.opened.size(), 1U);
+  EXPECT_EQ(platform.editors.opened.front().first, url("b.png"));
   EXPECT_TRUE(letter("c", kModifierCommand));
   ASSERT_TRUE(platform.pasteboard.contents);
   EXPECT_TRUE(key(kSpace));

@@ -1,5 +1,6 @@
 // Renaming in place, over a real library on a fake file system and, for what a store refuses, over an answer of our
 // own.
+#include <functional>
 #include <gtest/gtest.h>
 #include <string>
 #include <utility>
@@ -25,9 +26,11 @@ RenameSession::Selection selecting(const std::vector<ScreenshotItem>& items) {
   return {.item = items.empty() ? nullptr : items.data(), .count = items.size()};
 }
 
+using Beginning = RenameSession::Beginning;
+
 class RenameSessionTest : public testing::Test {
  protected:
-  bool begin(const std::vector<ScreenshotItem>& selected) { return session_.begin(selecting(selected)); }
+  Beginning begin(const std::vector<ScreenshotItem>& selected) { return session_.begin(selecting(selected)); }
   bool selectionChanged(const std::vector<ScreenshotItem>& selected) {
     return session_.selectionChanged(selecting(selected));
   }
@@ -42,28 +45,28 @@ class RenameSessionTest : public testing::Test {
 
 TEST_F(RenameSessionTest, beginsWithTheNameAndKeepsTheExtensionApart) {
   EXPECT_FALSE(session_.isEditing());
-  EXPECT_TRUE(begin({itemAt("/shots/a.tar.png")}));
+  EXPECT_EQ(begin({itemAt("/shots/a.tar.png")}), Beginning::begun);
   EXPECT_TRUE(session_.isEditing());
   EXPECT_EQ(session_.draftName(), "a.tar");
   EXPECT_EQ(session_.extension(), "png");
 }
 
 TEST_F(RenameSessionTest, aFileWithoutAnExtensionIsItsNameAlone) {
-  EXPECT_TRUE(begin({itemAt("/shots/.hidden")}));
+  EXPECT_EQ(begin({itemAt("/shots/.hidden")}), Beginning::begun);
   EXPECT_EQ(session_.draftName(), ".hidden");
   EXPECT_EQ(session_.extension(), "");
 }
 
 TEST_F(RenameSessionTest, beginsOnlyWithExactlyOneSelected) {
-  EXPECT_FALSE(begin({}));
-  EXPECT_FALSE(begin({itemAt("/shots/a.png"), itemAt("/shots/b.png")}));
+  EXPECT_EQ(begin({}), Beginning::refused);
+  EXPECT_EQ(begin({itemAt("/shots/a.png"), itemAt("/shots/b.png")}), Beginning::refused);
   EXPECT_FALSE(session_.isEditing());
 }
 
 // The preview still shows one then.
 TEST_F(RenameSessionTest, whatIsShownWithoutBeingSelectedIsNotRenamed) {
   const ScreenshotItem item = itemAt("/shots/a.png");
-  EXPECT_FALSE(session_.begin({.item = &item, .count = 0}));
+  EXPECT_EQ(session_.begin({.item = &item, .count = 0}), Beginning::refused);
   begin({item});
   EXPECT_TRUE(session_.selectionChanged({.item = &item, .count = 0}));
   EXPECT_FALSE(session_.isEditing());
@@ -85,8 +88,19 @@ TEST_F(RenameSessionTest, askedAgainWhileItIsEditingKeepsTheDraft) {
   const ScreenshotItem item = itemAt("/shots/a.png");
   begin({item});
   session_.edit("half a na");
-  EXPECT_TRUE(begin({item}));
+  EXPECT_EQ(begin({item}), Beginning::goesOn);
   EXPECT_EQ(session_.draftName(), "half a na");
+}
+
+// As after an arrival, which leaves the one alone.
+TEST_F(RenameSessionTest, askedForAnotherItemWhileItIsEditingItBeginsWithThatOne) {
+  begin({itemAt("/shots/a.png")});
+  session_.edit("half a na");
+  EXPECT_EQ(begin({itemAt("/shots/b.jpg")}), Beginning::begun);
+  EXPECT_EQ(session_.draftName(), "b");
+  EXPECT_EQ(session_.extension(), "jpg");
+  EXPECT_TRUE(session_.commit());
+  EXPECT_EQ(asked_, (Asked{{"b.jpg", "b"}}));
 }
 
 TEST_F(RenameSessionTest, aCommitRenamesAndEnds) {
@@ -224,6 +238,43 @@ TEST_F(RenameSessionTest, afterAnArrivalAChoiceOrTheItemsGoingEndsIt) {
   EXPECT_TRUE(asked_.empty());
 }
 
+// While nobody types, an arrival is what the next look at the island is about.
+TEST_F(RenameSessionTest, putAsideItKeepsTheDraftUntilSomethingElseArrives) {
+  const ScreenshotItem item = itemAt("/shots/a.png");
+  std::vector<ScreenshotItem> library{item};
+  const auto select = [&](std::size_t index) {
+    return session_.selectionChanged({.item = &library.at(index), .count = 1, .library = library});
+  };
+  EXPECT_FALSE(select(0));
+  begin({item});
+  session_.edit("c");
+  library.insert(library.begin(), itemAt("/shots/new.png"));
+  EXPECT_FALSE(select(0));
+  session_.putAside();
+  EXPECT_FALSE(select(0));  // it had come before
+  EXPECT_EQ(session_.draftName(), "c");
+  library.insert(library.begin(), itemAt("/shots/newer.png"));
+  EXPECT_TRUE(select(0));
+  EXPECT_TRUE(asked_.empty());
+}
+
+TEST_F(RenameSessionTest, takenUpAgainItOutlastsArrivalsAsBefore) {
+  const ScreenshotItem item = itemAt("/shots/a.png");
+  const ScreenshotItem arrival = itemAt("/shots/new.png");
+  const auto arrive = [&] {
+    return session_.selectionChanged({.item = &arrival, .count = 1, .library = std::vector{arrival, item}});
+  };
+  const std::function<void()> takings[] = {[this] { session_.edit("d"); }, [this, &item] { begin({item}); }};
+  for (const auto& takeUp : takings) {
+    EXPECT_FALSE(selectionChanged({item}));
+    begin({item});
+    session_.putAside();
+    takeUp();
+    EXPECT_FALSE(arrive());
+    session_.cancel();
+  }
+}
+
 TEST_F(RenameSessionTest, theSameItemWithANewThumbnailDoesNotEndIt) {
   ScreenshotItem item = itemAt("/shots/a.png");
   begin({item});
@@ -257,7 +308,7 @@ class RenameInLibraryTest : public testing::Test {
   [[nodiscard]] RenameSession::Selection selection() const {
     return {.item = library_.store.selectedItem(), .count = library_.store.selectedItemIDs.get().size()};
   }
-  bool begin() { return session_.begin(selection()); }
+  Beginning begin() { return session_.begin(selection()); }
 
   TestLibrary library_;
   RenameSession session_{[&store = library_.store](const ScreenshotItem& item, std::string_view newName) {
@@ -278,7 +329,7 @@ TEST_F(RenameInLibraryTest, anUnchangedDraftMovesNoFileWhateverBytesItsNameIsMad
   for (const char* name : {"a.png", "caf\xe9.png", "a\nb.png", ".hidden.png", "a.b.png"}) {
     addItem(name);
     library_.platform.log.clear();
-    EXPECT_TRUE(begin());
+    EXPECT_EQ(begin(), Beginning::begun);
     EXPECT_TRUE(session_.commit()) << name;
     EXPECT_TRUE(library_.platform.log.calls().empty());
     EXPECT_EQ(library_.store.selectedItem()->fileURL, FileURL(std::string("/shots/") + name));

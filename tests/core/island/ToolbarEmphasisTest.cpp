@@ -16,8 +16,13 @@ TEST(ToolbarEmphasis, isThatOfTheTable) {
 
 TEST(ToolbarEmphasis, whatIsOfNoUseStaysBackWhateverThePointerDoes) {
   const ToolbarEmphasis back{0.32, 1, 0};
-  EXPECT_EQ(ToolbarEmphasis::of({.isEnabled = false}, 0.92), back);
-  EXPECT_EQ(ToolbarEmphasis::of({.isEnabled = false, .isHovering = true, .isPressed = true}, 0.92), back);
+  EXPECT_EQ(ToolbarEmphasis::of({.isEnabled = false}, 0.84), back);
+  EXPECT_EQ(ToolbarEmphasis::of({.isEnabled = false, .isHovering = true, .isPressed = true}, 0.84), back);
+}
+
+TEST(ToolbarEmphasis, whatIsOfNoUseIsStillSeenWithMoreContrast) {
+  EXPECT_NEAR(ToolbarEmphasis::of({.isEnabled = false}, 0.86).opacity, 0.365, 1e-9);
+  EXPECT_NEAR(ToolbarEmphasis::of({.isEnabled = false}, 0.92).opacity, 0.50, 1e-9);
 }
 
 TEST(ToolbarEmphasis, restsAtTheThemesFloorWhereThatIsHigher) {

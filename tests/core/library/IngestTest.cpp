@@ -148,6 +148,20 @@ TEST_F(Ingest, theReportNamesTheCountTheNewestAndTheSelectedScreenshot) {
   EXPECT_EQ(state.selectedScreenshotPath, "/shots/a.png");
 }
 
+TEST_F(Ingest, afterTheSelectionTheListIsCutToTheLimitThenSortedThenThePinsAreSavedThenItIsReported) {
+  settings.maxHistory.set(2);
+  open();
+  add("a.png", 1);
+  add("c.png", 3);
+  const FileURL late = file("b.png", 2);
+  const AnnouncementsInTheLog announcements(*this);
+  store->ingestScreenshot(late, std::nullopt);
+  EXPECT_EQ(platform.log.calls(), (Names{"items c.png a.png", "items b.png c.png a.png", "primary b.png",
+                                         "selected b.png", "items b.png c.png", "items c.png b.png", "selected b.png",
+                                         "selected b.png", std::string("writeAtomically ") + kPinnedFile,
+                                         "createDirectory /run", "writeAtomically /run/state.json"}));
+}
+
 TEST_F(Ingest, pinsAreWrittenBeforeTheStateIsReported) {
   platform.log.clear();
   add("a.png");

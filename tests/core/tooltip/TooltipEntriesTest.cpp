@@ -68,9 +68,16 @@ TEST_F(TooltipEntriesTest, knowsWhichAreThere) {
   entries_.report(share_);
   EXPECT_TRUE(entries_.contains(copy_.id));
   EXPECT_FALSE(entries_.contains(refusal_.id));
-  entries_.clear();
+}
+
+TEST_F(TooltipEntriesTest, ofAllThatAreWithdrawnTheUrgentOneStays) {
+  entries_.report(copy_);
+  entries_.report(refusal_);
+  entries_.report(share_);
+  entries_.withdrawHelp();
   EXPECT_FALSE(entries_.contains(copy_.id));
-  EXPECT_EQ(shown(), "");
+  EXPECT_FALSE(entries_.contains(share_.id));
+  EXPECT_EQ(shown(), "Enter a name");
 }
 
 }  // namespace

@@ -111,15 +111,9 @@ QImage onBackground(const Scene& scene, Background background) {
     painter.drawImage(QPointF(), behind);
     painter.setClipping(false);
   }
-  const IslandThemeTokens tokens = IslandThemeTokens::forAppearance(scene.style, scene.increaseContrast);
   SoftShadow shadow;
   shadow.setLook({.cornerRadius = radius,
-                  .layers = {{.opacity = tokens.containerAmbientShadowOpacity,
-                              .radius = tokens.containerAmbientShadowRadius,
-                              .y = tokens.containerAmbientShadowY},
-                             {.opacity = tokens.containerMainShadowOpacity,
-                              .radius = tokens.containerMainShadowRadius,
-                              .y = tokens.containerMainShadowY}}});
+                  .layers = panelShadow(IslandThemeTokens::forAppearance(scene.style, scene.increaseContrast))});
   shadow.paint(painter, body);
   painter.drawImage(body.topLeft(), panel);
   return image;

@@ -11,6 +11,7 @@
 #include "tests/desktop/preview/FakePictures.h"
 #include "tests/desktop/preview/HeldWork.h"
 #include "tests/fakes/FakeDesktop.h"
+#include "tests/fakes/FakeHandOut.h"
 
 namespace quenlio {
 
@@ -46,8 +47,12 @@ class Preview final : private PreviewPanelDataSource {
   HeldWork work;
   CompositorWatch compositor;
   FakeAppearance appearance;
-  QtPreviewPanel panel{
-      {.scheduler = work, .compositor = compositor, .appearance = appearance, .pictures = files.source()}};
+  FakeWindows windows;
+  QtPreviewPanel panel{{.scheduler = work,
+                        .compositor = compositor,
+                        .appearance = appearance,
+                        .windows = windows,
+                        .pictures = files.source()}};
 
  private:
   [[nodiscard]] std::size_t numberOfPreviewItems() const override { return list.size(); }

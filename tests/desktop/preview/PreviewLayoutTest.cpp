@@ -64,6 +64,17 @@ TEST(PreviewLayout, theWindowStaysAroundItsMiddleAndInTheWorkArea) {
   EXPECT_EQ(frameAround({740.5, 420.5}, {641, 400}, workArea).origin, (Point<Screen>{420, 221})) << "whole points";
 }
 
+TEST(PreviewLayout, theWindowGoesSidewaysFromUnderAnother) {
+  const Rect<Screen> workArea{{100, 40}, {1280, 760}};
+  const Rect<Screen> island{{1136, 52}, {232, 232}};
+  const Rect<Screen> frame{{420, 220}, {800, 400}};
+  EXPECT_EQ(frameBeside(island, frame, workArea), frame.moved(-96, 0));  // 12 points beside it
+  EXPECT_EQ(frameBeside({{100, 52}, {332, 232}}, frame, workArea), frame.moved(24, 0)) << "the other way round";
+  EXPECT_EQ(frameBeside(island, frame.moved(0, 64), workArea), frame.moved(0, 64)) << "what is not covered stays";
+  EXPECT_EQ(frameBeside(island, {{200, 220}, {1000, 400}}, workArea).minX(), 124);
+  EXPECT_EQ(frameBeside(island, {{150, 220}, {1088, 400}}, workArea).minX(), 100) << "as far as the work area goes";
+}
+
 TEST(PreviewLayout, smallPicturesKeepTheirCorners) {
   EXPECT_EQ(pictureRadius({1000, 600}, 6), 6);
   EXPECT_LT(pictureRadius({1000, 50}, 6), 2.1);

@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <unistd.h>
 #include <vector>
 
 #include "desktop/render/ImageDecoder.h"
@@ -109,6 +110,24 @@ TEST_F(PreviewPictureTest, aBrokenFileIsToldFromOneThatIsGone) {
   EXPECT_EQ(load(folder.write("text.png", "no picture"), kDesk).state, State::unreadable);
   EXPECT_EQ(load(folder.write("empty.png", ""), kDesk).state, State::unreadable);
   EXPECT_EQ(load(folder.url("none.png"), kDesk).state, State::gone);
+}
+
+// Not by the corners that are taken away here.
+TEST_F(PreviewPictureTest, tellsWhetherItIsClearInPlaces) {
+  EXPECT_FALSE(load(folder.save("a.png", filled({200, 160}, Qt::blue), "PNG"), kDesk).isClearInPlaces);
+  QImage image(200, 160, QImage::Format_ARGB32);
+  image.fill(Qt::blue);
+  image.setPixelColor(199, 159, QColor(0, 0, 255, 128));
+  EXPECT_TRUE(load(folder.save("b.png", image, "PNG"), kDesk).isClearInPlaces);
+}
+
+// One that leads into itself stands for a folder that is locked, which it never is to who may do everything.
+TEST_F(PreviewPictureTest, aFileInAFolderThatCannotBeEnteredIsNotSaidToBeGone) {
+  const std::string loop = folder.url("loop").path();
+  ASSERT_EQ(::symlink(loop.c_str(), loop.c_str()), 0);
+  EXPECT_EQ(load(FileURL(loop + "/a.png"), kDesk).state, State::unreadable);
+  const FileURL file = folder.write("file", "no folder");
+  EXPECT_EQ(load(FileURL(file.path() + "/a.png"), kDesk).state, State::gone);
 }
 
 TEST_F(PreviewPictureTest, aStoppedOneHasNoPicture) {

@@ -5,6 +5,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "desktop/linux/session/QtScreens.h"
+
 #include "tests/desktop/preview/Preview.h"
 
 namespace quenlio {
@@ -339,6 +341,26 @@ TEST_F(PreviewWindowTest, theWindowIsAsLargeAsThePictureAndAroundTheSameMiddle) 
   EXPECT_LE((preview.frame().center() - middle).manhattanLength(), 2);
 }
 
+// Also when the island has gone meanwhile: a window that jumps is worse than one that is not in the middle.
+TEST_F(PreviewWindowTest, keepsFromUnderTheIslandThatWasUpWhenItOpened) {
+  open(0);
+  const QRect alone = preview.frame();
+  preview.panel.orderOut();
+  const Rect<Screen> under = QtScreens().screens().front().visibleFrame;
+  const Rect<Screen> island{{under.maxX() - 232, under.minY()}, {232, under.size.height}};
+  preview.windows.list = {{.id = 1, .frame = under}, {.id = 2, .frame = island, .level = kStatusWindowLevel}};
+  open(0);
+  const auto covered = [&](const QRect& frame) { return frame.right() + 1 > static_cast<int>(island.minX()); };
+  ASSERT_TRUE(covered(alone));
+  EXPECT_FALSE(covered(preview.frame()));
+  EXPECT_EQ(preview.frame().size(), alone.size());
+  const QRect beside = preview.frame();
+  preview.windows.list.clear();
+  preview.press(Qt::Key_Right);
+  preview.settle();
+  EXPECT_EQ(preview.frame(), beside);
+}
+
 TEST_F(PreviewWindowTest, theWindowHasThePicturesSizeBeforeThePictureIsThere) {
   QSize size;
   preview.files.whileDecoding = [&] {
@@ -391,6 +413,27 @@ TEST_F(PreviewWindowTest, anEmptyListClosesIt) {
 TEST_F(PreviewWindowTest, anIndexBeyondTheListIsItsEnd) {
   open(40);
   EXPECT_EQ(preview.title(), "shot 5.png");
+}
+
+TEST_F(PreviewWindowTest, aCheckerShowsThroughWhereAPictureIsClear) {
+  preview.list.push_back(preview.files.add("clear.png", {400, 300}, Qt::transparent));
+  open(6);
+  for (const bool isDark : {false, true}) {
+    preview.appearance.setDark(isDark);
+    preview.settle();
+    const Checker wanted = Checker::forAppearance(isDark);
+    QRect place(0, 0, 400, 300);
+    place.moveCenter(preview::pictureArea(preview.size()).toRect().center());
+    const QImage image = preview.image();
+    // Squares of six points, from the picture's corner on.
+    const auto square = [&](int column, int row) {
+      return image.pixel(place.topLeft() + QPoint(6 * column + 3, 6 * row + 3));
+    };
+    for (const QPoint at : {QPoint(2, 2), QPoint(7, 5), QPoint(40, 30)}) {
+      EXPECT_EQ(square(at.x(), at.y()), wanted.light) << isDark;
+      EXPECT_EQ(square(at.x() + 1, at.y()), wanted.dark) << isDark;
+    }
+  }
 }
 
 TEST_F(PreviewWindowTest, followsTheAppearanceLive) {

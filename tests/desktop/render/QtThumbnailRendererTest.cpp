@@ -54,7 +54,9 @@ TEST_F(QtThumbnailRendererTest, centresATallPicture) {
 }
 
 TEST_F(QtThumbnailRendererTest, enlargesASmallPicture) {
-  const QImage image = pixels(folder_.save("a.png", filled({40, 20}, Qt::red), "png"));
+  const FileURL url = folder_.save("a.png", filled({40, 20}, Qt::red), "png");
+  const QImage image = pixels(url);
+  EXPECT_EQ(static_cast<const QtImage&>(*renderer_.render(url, kCanvas)).ownSize(), (Size{40, 20}));
   expectRows(image, 40, 179);
   EXPECT_EQ(image.pixel(0, 110), qRgb(255, 0, 0));
   EXPECT_EQ(image.pixel(279, 110), qRgb(255, 0, 0));

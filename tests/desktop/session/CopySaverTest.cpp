@@ -109,6 +109,39 @@ TEST_F(CopySaverTest, aNameThatIsNoTextKeepsItsBytesWhenTheUserLeavesIt) {
   EXPECT_EQ(entryCount(folder_ / "to"), 1U);
 }
 
+TEST_F(CopySaverTest, aFreeNameIsProposedInTheFilesFolder) {
+  writeFile(folder_ / "shots/one 2.png", "another");
+  saver_.save({first_});
+  QFileDialog* dialog = opened();
+  ASSERT_NE(dialog, nullptr);
+  ASSERT_EQ(nameOf(*dialog)->text().toStdString(), "one 3.png");
+  QMetaObject::invokeMethod(dialog, "accept", Qt::QueuedConnection);
+  EXPECT_TRUE(isSaved(first_, folder_ / "shots/one 3.png"));
+  EXPECT_EQ(contents(folder_ / "shots/one 2.png"), "another");
+}
+
+TEST_F(CopySaverTest, theProposedNameKeepsItsBytesWhenItIsNoText) {
+  saver_.save({third_});
+  QFileDialog* dialog = opened();
+  ASSERT_NE(dialog, nullptr);
+  ASSERT_EQ(nameOf(*dialog)->text().toStdString(),
+            "th\xef\xbf\xbd"
+            "ree 2.png");
+  QMetaObject::invokeMethod(dialog, "accept", Qt::QueuedConnection);
+  EXPECT_TRUE(isSaved(third_, folder_ / "shots/th\xffree 2.png"));
+}
+
+TEST_F(CopySaverTest, aNameWithQuotesIsNoListOfNames) {
+  const FileURL quoted = folder_ / "shots/a \"b\" c.png";
+  writeFile(quoted, "the picture");
+  saver_.save({quoted});
+  QFileDialog* dialog = opened();
+  ASSERT_NE(dialog, nullptr);
+  ASSERT_EQ(nameOf(*dialog)->text().toStdString(), "a 'b' c.png");
+  QMetaObject::invokeMethod(dialog, "accept", Qt::QueuedConnection);
+  EXPECT_TRUE(isSaved(quoted, folder_ / "shots/a 'b' c.png"));
+}
+
 TEST_F(CopySaverTest, aFolderWhoseNameIsNoTextIsTheOneThatIsThere) {
   const FileURL folder = folder_ / "t\xc3o";
   std::filesystem::create_directory(folder.path());

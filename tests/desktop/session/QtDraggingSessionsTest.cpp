@@ -431,8 +431,8 @@ ImageRef plain(QSize size, QColor color, const QRectF& picture) {
   QImage image(size, QImage::Format_ARGB32_Premultiplied);
   image.fill(Qt::transparent);
   QPainter(&image).fillRect(picture, color);
-  return std::make_shared<QtImage>(image, Size{static_cast<double>(size.width()), static_cast<double>(size.height())},
-                                   picture);
+  const Size points{static_cast<double>(size.width()), static_cast<double>(size.height())};
+  return std::make_shared<QtImage>(image, points, picture, points);
 }
 
 DraggingItem item(ImageRef image, double offset) {

@@ -110,13 +110,13 @@ TEST_F(QtPasteboardTest, offersAPNGsOwnBytesAsTheyWereWhateverBecomesOfTheFile) 
 }
 
 TEST_F(QtPasteboardTest, offersTheFileAsAnAddressAFileManagersCopyAndAPath) {
-  const FileURL file = save("one two\xff.png", noise({30, 20}), "png");
+  const FileURL file = save(".one two\n%\xff.png", noise({30, 20}), "png");
   copy(file);
   const QByteArray folder = QByteArray::fromStdString(folder_.url().path());
-  EXPECT_EQ(pasted("text/uri-list"), "file://" + folder + "/one%20two%FF.png\r\n");
-  EXPECT_EQ(pasted("x-special/gnome-copied-files"), "copy\nfile://" + folder + "/one%20two%FF.png");
-  EXPECT_EQ(pasted("UTF8_STRING"), folder + "/one two\xff.png");
-  EXPECT_EQ(pasted("text/plain"), folder + "/one two\xff.png");
+  EXPECT_EQ(pasted("text/uri-list"), "file://" + folder + "/.one%20two%0A%25%FF.png\r\n");
+  EXPECT_EQ(pasted("x-special/gnome-copied-files"), "copy\nfile://" + folder + "/.one%20two%0A%25%FF.png");
+  EXPECT_EQ(pasted("UTF8_STRING"), folder + "/.one two\n%\xff.png");
+  EXPECT_EQ(pasted("text/plain"), folder + "/.one two\n%\xff.png");
 }
 
 TEST_F(QtPasteboardTest, offersOtherPicturesAsPNG) {

@@ -67,8 +67,12 @@ class QtSharingServicePickerTest : public QtPanelTest {
   [[nodiscard]] std::string logged() const { return exists(log()) ? contents(log()) : std::string(); }
 
   void share(const std::vector<FileURL>& items) {
+    // The toolkit may hear of the window's place a little later than the display does.
+    ASSERT_TRUE(waitUntil([this] {
+      const auto windows = windows_.visibleWindows();
+      return windows.size() == 1 && windows.front().frame.minX() == corner().minX();
+    }));
     const auto windows = windows_.visibleWindows();
-    ASSERT_EQ(windows.size(), 1U);
     picker_.showRelativeToRect(items, {{100, 50}, {1, 1}}, windows.front().id, RectEdge::minY);
     ASSERT_TRUE(waitUntil([] { return menu() != nullptr && isMapped(static_cast<xcb_window_t>(menu()->winId())); }));
   }
@@ -147,7 +151,7 @@ TEST_F(QtSharingServicePickerTest, listsThePrograms) {
 
 TEST_F(QtSharingServicePickerTest, listsWhatOpensAllOfSeveralFiles) {
   share({png_, pdf_});
-  EXPECT_THAT(texts(), ElementsAre("Reader", "Copy Path", "Save a Copy…"));
+  EXPECT_THAT(texts(), ElementsAre("Reader", "Copy Paths", "Save Copies…"));
 }
 
 TEST_F(QtSharingServicePickerTest, startsAProgramWithAllFiles) {
@@ -158,12 +162,12 @@ TEST_F(QtSharingServicePickerTest, startsAProgramWithAllFiles) {
   EXPECT_TRUE(isClosed());
 }
 
-TEST_F(QtSharingServicePickerTest, standsWhereItIsAskedForAndInsideTheScreen) {
+TEST_F(QtSharingServicePickerTest, standsWhereItIsAskedForAndOffTheScreensEdges) {
   share({png_});
   // The point lies 50 above the panel's lower edge, too low for the menu to hang from it.
   const QRect frame = menu()->frameGeometry();
-  EXPECT_TRUE(QRect(0, 0, 1280, 800).contains(frame));
-  EXPECT_EQ(frame.left(), std::min(kLeft + 100, 1280 - frame.width()));
+  EXPECT_TRUE(QRect(8, 8, 1264, 784).contains(frame));
+  EXPECT_EQ(frame.left(), std::min(kLeft + 100, 1280 - 8 - frame.width()));
 }
 
 TEST_F(QtSharingServicePickerTest, listensToKeysWhereverTheKeyboardIs) {
@@ -223,7 +227,7 @@ TEST_F(QtSharingServicePickerTest, attachesTheFilesToALetter) {
 
 TEST_F(QtSharingServicePickerTest, copiesThePaths) {
   share({png_, pdf_});
-  choose("Copy Path");
+  choose("Copy Paths");
   ASSERT_TRUE(isClosed());
   EXPECT_EQ(pasted("UTF8_STRING"), QByteArray::fromStdString(png_.path() + "\n" + pdf_.path()));
   QGuiApplication::clipboard()->clear();
@@ -266,7 +270,7 @@ TEST_F(QtSharingServicePickerTest, replacesOnlyAfterTheDialogHasAsked) {
 TEST_F(QtSharingServicePickerTest, savesSeveralCopiesUnderFreeNames) {
   writeFile(folder_ / "to/one two.png", "what was there");
   share({png_, pdf_});
-  choose("Save a Copy…");
+  choose("Save Copies…");
   auto* dialog = QtSharingServicePickerTest::dialog<QFileDialog>();
   ASSERT_NE(dialog, nullptr);
   accept(*dialog, folder_ / "to");

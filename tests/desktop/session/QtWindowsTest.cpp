@@ -72,10 +72,12 @@ TEST_F(QtWindowsTest, aPanelStandsWhereItsFrameIsAtTheStatusBarsLevel) {
   panel_.setSurface({.cornerRadius = 20, .tone = Qt::white, .shadow = {{.opacity = 0.3, .radius = 20, .y = 8}}});
   panel_.setFrame(corner());
   panel_.orderFrontRegardless();
-  ASSERT_TRUE(waitUntil([this] { return isMapped(id()); }));
+  ASSERT_TRUE(waitUntil([this] {
+    const auto shown = infoOf(panel_.window());
+    return isMapped(id()) && shown && shown->frame == corner();
+  }));
   const auto info = infoOf(panel_.window());
   ASSERT_TRUE(info);
-  EXPECT_EQ(info->frame, corner());
   EXPECT_EQ(info->level, kStatusWindowLevel);
   EXPECT_TRUE(info->hasContentView);
 }

@@ -1,6 +1,5 @@
 // Files shown in a file manager that answers on the session bus, and folders opened where none does.
 #include <QtDBus/QDBusConnection>
-#include <QtDBus/QDBusConnectionInterface>
 #include <QtDBus/QDBusMessage>
 #include <QtDBus/QDBusVirtualObject>
 #include <filesystem>
@@ -85,17 +84,18 @@ class QtWorkspaceTest : public testing::Test {
   FakeDirectories directories_;
   QtWindows windows_;
   ProgramStarter starter_{process_, directories_, windows_};
-  QtWorkspace workspace_{starter_};
+  FakeSystemLog log_;
+  QtWorkspace workspace_{starter_, log_};
 };
 
 TEST_F(QtWorkspaceTest, asksTheFileManagerOnceForAllFiles) {
   FakeFileManager manager;
   putOpener("xdg-open");
-  workspace_.activateFileViewerSelectingURLs({FileURL("/a b/\xff.png"), FileURL("/c/d.png")});
+  workspace_.activateFileViewerSelectingURLs({FileURL("/a b/.\n\xff.png"), FileURL("/c/d.png")});
   EXPECT_THAT(manager.shown, IsEmpty());  // nobody is waited for
   ASSERT_TRUE(waitUntil([&manager] { return !manager.shown.empty(); }));
   EXPECT_THAT(manager.shown,
-              ElementsAre(QStringList{QStringLiteral("file:///a%20b/%FF.png"), QStringLiteral("file:///c/d.png")}));
+              ElementsAre(QStringList{QStringLiteral("file:///a%20b/.%0A%FF.png"), QStringLiteral("file:///c/d.png")}));
   EXPECT_TRUE(manager.startupID.contains(QStringLiteral("_TIME"))) << manager.startupID.toStdString();
   EXPECT_THAT(opened(), IsEmpty());
 }
@@ -126,13 +126,25 @@ TEST_F(QtWorkspaceTest, opensTheFolderWithTheProgramForFolders) {
   EXPECT_THAT(opened(), ElementsAre("--folder", "file:///a%20b"));
 }
 
-TEST_F(QtWorkspaceTest, doesNothingWhereThereIsNothing) {
+TEST_F(QtWorkspaceTest, opensTheFolderWithTheProgramForFoldersWhenTheOpenerDoesNotStart) {
+  writeFile(folder_ / "bin/xdg-open", "#!/nowhere/at/all\n");
+  std::filesystem::permissions((folder_ / "bin/xdg-open").path(), std::filesystem::perms::owner_all);
+  putOpener("files");
+  writeFile(folder_ / "data/applications/files.desktop",
+            "[Desktop Entry]\nType=Application\nName=Files\nExec=files %f\n");
+  writeFile(folder_ / "data/applications/mimeinfo.cache", "[MIME Cache]\ninode/directory=files.desktop;\n");
   workspace_.activateFileViewerSelectingURLs({FileURL("/a/1.png")});
-  // The bus has answered this one once it answers a question that was asked later.
-  (void)QDBusConnection::sessionBus().interface()->isServiceRegistered(QStringLiteral("org.freedesktop.DBus"));
-  QCoreApplication::processEvents();
-  EXPECT_THAT(opened(), IsEmpty());
+  EXPECT_TRUE(waitUntil([this] { return !opened().empty(); }));
+  EXPECT_THAT(opened(), ElementsAre("/a"));
+  EXPECT_THAT(log_.lines, IsEmpty());
+}
+
+TEST_F(QtWorkspaceTest, logsWhatItCannotOpen) {
   workspace_.activateFileViewerSelectingURLs({});
+  workspace_.activateFileViewerSelectingURLs({FileURL("/a b/1.png"), FileURL("/a b/2.png")});
+  EXPECT_TRUE(waitUntil([this] { return !log_.lines.empty(); }));
+  EXPECT_THAT(log_.lines, ElementsAre("Failed to show files: no program opens the folder “a b”."));
+  EXPECT_THAT(opened(), IsEmpty());
 }
 
 }  // namespace

@@ -1,6 +1,9 @@
+#include <array>
 #include <cstring>
 #include <fcntl.h>
+#include <functional>
 #include <gtest/gtest.h>
+#include <sys/inotify.h>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <thread>
@@ -99,6 +102,32 @@ TEST(FinishedFile, fifosSocketsDevicesAndFoldersAreNeverOpened) {
     const FinishedState state = finishedState(url, Date::max());
     EXPECT_FALSE(state.isFinished()) << url.path();
     EXPECT_FALSE(state.stamp) << url.path();
+  }
+}
+
+// Whether the file is opened meanwhile.
+bool isOpenedBy(const FileURL& file, const std::function<void()>& act) {
+  const UniqueFd watch(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC));
+  check(watch && ::inotify_add_watch(watch.get(), file.path().c_str(), IN_OPEN) >= 0, file.path());
+  act();
+  std::array<char, 4096> records{};
+  return ::read(watch.get(), records.data(), records.size()) > 0;
+}
+
+// Thousands of them may lie in the folder, and the launch waits for its first listing.
+TEST(FinishedFile, aFileThatHasBeenLeftAloneForLongEnoughIsNotEvenOpened) {
+  const TemporaryFolder folder;
+  const FileURL file = folder / "a.png";
+  for (const std::string& bytes : {samples::png(), std::string("half")}) {
+    writeFile(file, bytes);
+    const Date touched = lastTouch(file);
+    EXPECT_TRUE(isOpenedBy(file, [&] { (void)finishedState(file, touched + milliseconds(1999)); }));
+    EXPECT_FALSE(isOpenedBy(file, [&] {
+      const FinishedState state = finishedState(file, touched + milliseconds(2000));
+      EXPECT_TRUE(state.isFinished());
+      ASSERT_TRUE(state.stamp);
+      EXPECT_EQ(state.stamp->size, static_cast<std::int64_t>(bytes.size()));
+    }));
   }
 }
 

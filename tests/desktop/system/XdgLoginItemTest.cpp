@@ -48,6 +48,15 @@ TEST_F(XdgLoginItemTest, anEntryThatTheUserSwitchedOffRequiresApproval) {
   EXPECT_EQ(item().status(), LoginItemStatus::requiresApproval);
 }
 
+TEST_F(XdgLoginItemTest, theEntryIsReadAsDesktopsReadIt) {
+  files_.write(entry_, "[Desktop Entry]\r\nHidden = true\r\n");
+  EXPECT_EQ(item().status(), LoginItemStatus::requiresApproval);
+  files_.write(entry_, "[Desktop Entry]\nHidden=true\nHidden=false\n");
+  EXPECT_EQ(item().status(), LoginItemStatus::enabled);
+  files_.write(entry_, "[Desktop Entry]\n#Hidden=true\n[Desktop Action Other]\nHidden=true\n");
+  EXPECT_EQ(item().status(), LoginItemStatus::enabled);
+}
+
 TEST_F(XdgLoginItemTest, failsWhereTheFolderCannotBeWritten) {
   files_.setReadOnly(directories_.homeDirectory().path());
   EXPECT_FALSE(item().registerItem().ok());

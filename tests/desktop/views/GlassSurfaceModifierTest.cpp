@@ -165,7 +165,8 @@ TEST_F(GlassSurfaceModifierTest, tellsThePanelItsShapeToneAndShadow) {
   EXPECT_EQ(surface.cornerRadius, 22);
   EXPECT_EQ(surface.tone.alpha(), 255);
   EXPECT_EQ(surface.shadow, (std::vector<ShadowLayer>{{.opacity = 0.12, .radius = 30, .y = 16},
-                                                      {.opacity = 0.22, .radius = 20, .y = 12}}));
+                                                      {.opacity = 0.22, .radius = 20, .y = 12},
+                                                      {.opacity = 0.24, .radius = 3, .y = 0}}));
 }
 
 }  // namespace

@@ -61,7 +61,8 @@ void Island::ingest(const std::string& name) {
   store.ingestScreenshot(FileURL(kFolder + name), std::nullopt);
 }
 
-void Island::giveThumbnails(const QColor& colour, const QSize& canvas, const QSize& picture, double density) {
+void Island::giveThumbnails(const QColor& colour, const QSize& canvas, const QSize& picture, double density,
+                            Size ownSize) {
   settle();  // the fake renderer's own answers come first, which hold no pixels
   QImage image(canvas, QImage::Format_ARGB32_Premultiplied);
   image.fill(Qt::transparent);
@@ -70,9 +71,9 @@ void Island::giveThumbnails(const QColor& colour, const QSize& canvas, const QSi
   painter.fillRect(place, colour);
   painter.end();
   image.setDevicePixelRatio(density);
-  store.items.mutate([&image, &place](std::vector<ScreenshotItem>& items) {
+  store.items.mutate([&image, &place, ownSize](std::vector<ScreenshotItem>& items) {
     for (ScreenshotItem& item : items) {
-      item.thumbnail = std::make_shared<QtImage>(image, Size{280, 220}, place);
+      item.thumbnail = std::make_shared<QtImage>(image, Size{280, 220}, place, ownSize);
     }
   });
 }

@@ -27,9 +27,9 @@ class Island : public TestLibrary {
   // A capture arrives; its thumbnail stays away until giveThumbnails().
   void ingest(const std::string& name);
   // Gives every item a thumbnail of this many pixels, so many to a point, with a picture wholly of this colour in the
-  // middle.
+  // middle, of files whose pictures are so large.
   void giveThumbnails(const QColor& colour, const QSize& canvas = {280, 220}, const QSize& picture = {280, 158},
-                      double density = 1);
+                      double density = 1, Size ownSize = {1600, 900});
   [[nodiscard]] const ScreenshotItem& item(const std::string& name) const;
   void setSize(IslandSize size);
   [[nodiscard]] IslandOverlayRoot& root() const { return view->root(); }

@@ -97,14 +97,43 @@ TEST_F(IslandFocus, aHeldReturnThatHasOpenedTheFieldDoesNotCloseIt) {
   EXPECT_TRUE(field().isVisible());
 }
 
-TEST_F(IslandFocus, aRenameEndsWhenTheIslandGoes) {
+TEST_F(IslandFocus, whatIsTypedWaitsForTheIslandToComeBack) {
   askForRename();
+  field().setText(QStringLiteral("Invo"));
+  Q_EMIT field().textEdited(field().text());
   island_.view->hide();
   island_.view->show();
   QApplication::setActiveWindow(island_.view.get());
+  EXPECT_TRUE(field().isVisible());
+  EXPECT_TRUE(field().hasFocus());
+  EXPECT_EQ(field().text(), QStringLiteral("Invo"));
+}
+
+TEST_F(IslandFocus, anIslandThatComesBackWithACaptureShowsThatOne) {
+  askForRename();
+  island_.view->hide();
+  island_.ingest("three.png");
+  island_.view->show();
+  QApplication::setActiveWindow(island_.view.get());
+  island_.settle();
   EXPECT_FALSE(field().isVisible());
-  EXPECT_TRUE(island_.says("two.png"));
+  EXPECT_TRUE(island_.says("three.png"));
   EXPECT_TRUE(island_.view->hasFocus());
+}
+
+TEST_F(IslandFocus, theIslandAsAWholeIsNoStopOfTheTabKey) {
+  island_.view->setFocus(Qt::OtherFocusReason);
+  const auto tab = [] {
+    QKeyEvent key(QEvent::KeyPress, Qt::Key_Tab, Qt::NoModifier);
+    QCoreApplication::sendEvent(QApplication::focusWidget(), &key);
+    return QApplication::focusWidget();
+  };
+  const QWidget* first = tab();
+  const QWidget* stop = tab();
+  for (int stops = 0; stop != first && stops < 20; ++stops, stop = tab()) {
+    EXPECT_NE(stop, island_.view.get());
+  }
+  EXPECT_EQ(stop, first);
 }
 
 TEST_F(IslandFocus, aMenuThatOpensOverTheRestingPointerIsNoLeaving) {

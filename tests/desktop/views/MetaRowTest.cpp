@@ -9,6 +9,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "desktop/views/common/TooltipBubbleView.h"
 #include "desktop/views/island/MetaRow.h"
 
 #include "tests/desktop/views/Island.h"
@@ -74,6 +75,7 @@ TEST_F(MetaRowTest, beginsWithTheStemSelectedAndTheExtensionApart) {
   EXPECT_TRUE(field().hasFocus());
   EXPECT_EQ(field().accessibleName(), QStringLiteral("Filename"));
   EXPECT_EQ(field().selectedText(), QStringLiteral("two"));
+  EXPECT_EQ(field().cursorPosition(), 0) << "so that a long name is seen from its beginning";
   EXPECT_TRUE(island_.says(".png"));
   EXPECT_NE(island_.button("Save filename"), nullptr);
   EXPECT_NE(island_.button("Cancel rename"), nullptr);
@@ -92,38 +94,49 @@ TEST_F(MetaRowTest, theFieldSaysWhatItIsForAndTheExtensionIsReadOutWhole) {
   EXPECT_TRUE(island_.says("." + extension)) << "though it has no room to be seen whole";
 }
 
-// No cell is chosen, though the newest stands in the preview.
-TEST_F(MetaRowTest, withNothingSelectedTheNewestIsNamedAndCannotBeRenamed) {
+// No cell is chosen, and what stands in the preview is what can be renamed.
+TEST_F(MetaRowTest, withNothingSelectedTheNewestIsNamedAndCanBeRenamed) {
   island_.store.toggleSelection(island_.item("two.png"));
   island_.settle();
   ASSERT_TRUE(island_.store.selectedItemIDs.get().empty());
   auto* name = row().findChild<QLabel*>();
   EXPECT_EQ(name->text(), QStringLiteral("two.png"));
   EXPECT_TRUE(island_.says("two.png preview"));
-  EXPECT_EQ(island_.button("Rename"), nullptr);
-  askForRename();
-  EXPECT_FALSE(field().isVisible());
-  QMouseEvent twice(QEvent::MouseButtonDblClick, QPointF(5, 5), QPointF(5, 5), Qt::LeftButton, Qt::LeftButton,
-                    Qt::NoModifier);
-  QCoreApplication::sendEvent(name, &twice);
-  EXPECT_FALSE(field().isVisible());
-  QEnterEvent enter({5, 5}, {5, 5}, {5, 5});
-  QCoreApplication::sendEvent(name, &enter);
-  const auto before = island_.words();
-  island_.platform.time.advanceBy(Seconds(1));
-  EXPECT_EQ(island_.words(), before);  // no tooltip
-  island_.store.toggleSelection(island_.item("two.png"));
-  island_.settle();
   EXPECT_NE(island_.button("Rename"), nullptr);
+  askForRename();
+  EXPECT_TRUE(field().isVisible());
+  type("three");
+  press(Qt::Key_Return);
+  EXPECT_TRUE(exists("three.png"));
 }
 
+// The newest stands in the preview then, not what was being renamed.
 TEST_F(MetaRowTest, aSelectionThatEmptiesEndsIt) {
-  askForRename();
-  type("x");
   island_.store.toggleSelection(island_.item("two.png"));
+  island_.store.toggleSelection(island_.item("one.png"));
+  island_.settle();
+  askForRename();
+  ASSERT_EQ(field().text(), QStringLiteral("one"));
+  type("x");
+  island_.store.toggleSelection(island_.item("one.png"));
   island_.settle();
   EXPECT_FALSE(field().isVisible());
+  EXPECT_TRUE(exists("one.png"));
+}
+
+// What was typed for the one must not become the name of the other.
+TEST_F(MetaRowTest, askedForTheArrivalWhileAnotherIsRenamedItShowsTheArrivalsName) {
+  askForRename();
+  type("draft");
+  island_.ingest("three.png");
+  island_.settle();
+  ASSERT_EQ(field().text(), QStringLiteral("draft"));
+  askForRename();
+  EXPECT_EQ(field().text(), QStringLiteral("three"));
+  EXPECT_EQ(field().selectedText(), QStringLiteral("three"));
+  press(Qt::Key_Return);
   EXPECT_TRUE(exists("two.png"));
+  EXPECT_TRUE(exists("three.png"));
 }
 
 TEST_F(MetaRowTest, theRequestThatWasThereBeforeIsNone) {
@@ -207,6 +220,32 @@ TEST_F(MetaRowTest, theRefusalStandsInTheWayOfAnotherControlsHelp) {
   type("x");
   EXPECT_FALSE(island_.says("Enter a name"));
   EXPECT_TRUE(island_.says("Save filename (Enter)"));
+}
+
+// Beside the field, wherever that is then.
+TEST_F(MetaRowTest, theRefusalStaysInAnotherSizeAndWhileTheIslandIsAway) {
+  askForRename();
+  type(" ");
+  press(Qt::Key_Return);
+  const auto place = [this] {
+    for (const QWidget* widget : island_.view->findChildren<QWidget*>()) {
+      if (const auto* bubble = dynamic_cast<const TooltipBubbleView*>(widget)) {
+        return bubble->geometry();
+      }
+    }
+    return QRect();
+  };
+  const int above = field().mapTo(island_.view.get(), QPoint()).y() - place().center().y();
+  island_.setSize(IslandSize::large);
+  EXPECT_TRUE(warns("Enter a name"));
+  EXPECT_NEAR(field().mapTo(island_.view.get(), QPoint()).y() - place().center().y(), above, 6);
+  EXPECT_TRUE(island_.view->rect().contains(place()));
+  island_.view->hide();
+  EXPECT_FALSE(island_.says("Enter a name"));
+  island_.platform.time.advanceBy(Seconds(2));
+  EXPECT_EQ(island_.platform.time.pending(), 0U);
+  island_.view->show();
+  EXPECT_TRUE(warns("Enter a name"));
 }
 
 TEST_F(MetaRowTest, anotherSelectionEndsItWithoutAChange) {
@@ -337,6 +376,56 @@ TEST_F(MetaRowTest, thePencilShowsItselfToThePointerAndToTheKeyboard) {
   island_.view->hide();
   island_.view->show();
   EXPECT_FALSE(isSeen());
+}
+
+// A name that only just fits would be cut for a button that nobody sees.
+TEST_F(MetaRowTest, theNameHasTheWholeRowUntilThePencilComes) {
+  auto* name = row().findChild<QLabel*>();
+  const auto* pencil = island_.button("Rename");
+  const auto rest = [this] { island_.platform.time.advanceBy(Seconds(0.3)); };
+  rest();
+  EXPECT_EQ(name->geometry(), row().rect().adjusted(4, 0, -4, 0));
+  QEnterEvent enter({5, 5}, {5, 5}, {5, 5});
+  QCoreApplication::sendEvent(&row(), &enter);
+  EXPECT_EQ(name->geometry().right() + 1, pencil->x() - 4) << "from the first moment on";
+  rest();
+  QEvent leave(QEvent::Leave);
+  QCoreApplication::sendEvent(&row(), &leave);
+  island_.platform.time.advanceBy(Seconds(0.05));
+  EXPECT_EQ(name->geometry().right() + 1, pencil->x() - 4) << "until nothing is left of it";
+  rest();
+  EXPECT_EQ(name->width(), row().width() - 8);
+  askForRename();
+  press(Qt::Key_Escape);
+  EXPECT_EQ(name->width(), row().width() - 8);
+}
+
+// As if the name went on in the extension.
+TEST_F(MetaRowTest, aLongNameFadesWhereItIsCut) {
+  island_.compositor.isThere().set(false);
+  island_.ingest("Screenshot from 2026-11-15 21-04-33 of something.png");
+  island_.settle();
+  askForRename();
+  const QPoint corner = field().mapTo(island_.view.get(), QPoint());
+  // How far the selection is from what is beside the text, in the upper row of the field that no letter reaches.
+  const auto strengthAt = [&](int x) {
+    (void)island_.picture();  // what has been scrolled is known once it has been painted
+    const QImage picture = island_.picture();
+    const int top = corner.y() + (field().height() - field().fontMetrics().height()) / 2 + 1;
+    return picture.pixelColor(corner.x() - 3, top).lightness() - picture.pixelColor(corner.x() + x, top).lightness();
+  };
+  const int end = field().width();
+  const int full = strengthAt(end / 2);
+  ASSERT_GT(full, 60);
+  EXPECT_GT(strengthAt(4), full - 8);
+  EXPECT_LT(strengthAt(end - 2), full / 4);
+  press(Qt::Key_End);
+  press(Qt::Key_A, {}, Qt::ControlModifier);  // everything, with the cursor at the end
+  EXPECT_LT(strengthAt(1), full / 4);
+  EXPECT_GT(strengthAt(end - 8), full - 8);
+  type("short");
+  press(Qt::Key_A, {}, Qt::ControlModifier);
+  EXPECT_GT(strengthAt(4), full - 8);
 }
 
 TEST_F(MetaRowTest, aNameThatIsNoTextSurvivesAnUnchangedDraft) {

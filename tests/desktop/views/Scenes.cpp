@@ -175,7 +175,7 @@ class Captures {
               ? nullptr
               : std::make_shared<QtImage>(source.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
                                               .convertToFormat(QImage::Format_ARGB32_Premultiplied),
-                                          Size{static_cast<double>(size.width()), static_cast<double>(size.height())}));
+                                          pointsOf(source)));
     }
     island_.requests.clear();
   }
@@ -188,6 +188,9 @@ class Captures {
     island_.ingest(name);
   }
 
+  static Size pointsOf(const QImage& source) {
+    return {static_cast<double>(source.width()), static_cast<double>(source.height())};
+  }
   static ImageRef thumbnail(const QImage& source) {
     if (source.isNull()) {
       return nullptr;
@@ -202,7 +205,7 @@ class Captures {
     const QSize whole = fitted.toSize().expandedTo(QSize(1, 1));
     painter.drawImage(place, source.scaled(whole, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
     painter.end();
-    return std::make_shared<QtImage>(canvas, Size{280, 220}, place);
+    return std::make_shared<QtImage>(canvas, Size{280, 220}, place, pointsOf(source));
   }
 
   Island& island_;
