@@ -100,7 +100,7 @@ IslandOverlayRootViewModel IslandOverlayController::rootViewModel() {
       .scheduler = dependencies_.scheduler,
       .clock = dependencies_.clock,
       .onHoverChanged = weak_.bind([](Self& self, bool hovering) { self.hover_->changed(hovering); }),
-      .onMenuClosed = weak_.bind([](Self& self) { self.hover_->syncWithCurrentPointer(); }),
+      .onPointerFreed = weak_.bind([](Self& self) { self.hover_->syncWithCurrentPointer(); }),
       .onClose = weak_.bind([](Self& self) { self.hideFromCloseButton(); }),
       .onOpenQuickLook = weak_.bind([](Self& self, const ScreenshotItem& item) { self.keys_->openQuickLook(item); }),
       .onPrepareQuickLook = weak_.bind(

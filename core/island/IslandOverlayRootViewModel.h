@@ -26,8 +26,8 @@ struct IslandOverlayRootViewModel {
   const Clock& clock;
 
   std::function<void(bool hovering)> onHoverChanged;
-  // A menu over the island has closed, and the pointer may be anywhere by now.
-  std::function<void()> onMenuClosed;
+  // What had taken the pointer from the island, a menu or a drag, is over, and the pointer may be anywhere by now.
+  std::function<void()> onPointerFreed;
   std::function<void()> onClose;
   std::function<void(const ScreenshotItem&)> onOpenQuickLook;
   // The item may be opened so in a moment, and then: it is not after all.

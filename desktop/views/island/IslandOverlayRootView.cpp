@@ -26,7 +26,8 @@ IslandOverlayRootView::IslandOverlayRootView(const IslandOverlayRootViewModel& m
              .dragDrop = model.dragDrop,
              .scheduler = model.scheduler,
              .onOpenEditor = model.onOpenEditor,
-             .onItemDragStateChanged = model.onItemDragStateChanged}),
+             .onItemDragStateChanged =
+                 weak_.bind([](IslandOverlayRootView& self, bool dragging) { self.itemDragStateChanged(dragging); })}),
       tooltips_(this, model.scheduler, model.clock),
       toolbar_(this, tooltips_, model.clock,
                {.onCopy = [&root = root_] { root.copy(); },
@@ -54,7 +55,7 @@ IslandOverlayRootView::IslandOverlayRootView(const IslandOverlayRootViewModel& m
           {.onSelect = [&root = root_](const ScreenshotItem& item, ModifierFlags flags) { root.select(item, flags); },
            .onStartItemDrag = [&root = root_](const ScreenshotItem& item) { return root.beginItemDrag(item); }}),
       glass_(this),
-      popupEnd_(weak_.bind([](IslandOverlayRootView& self) { self.popupClosed(); })) {
+      popupEnd_(weak_.bind([](IslandOverlayRootView& self) { self.pointerFreed(); })) {
   setFocusPolicy(Qt::ClickFocus);  // no stop of the Tab key, where nothing would be seen
   setAccessibleName(QString::fromUtf8(IslandTexts::kIsland));
   observe();
@@ -232,9 +233,17 @@ void IslandOverlayRootView::leaveEvent(QEvent* /*event*/) {
   }
 }
 
-void IslandOverlayRootView::popupClosed() {
-  if (model_.onMenuClosed) {
-    model_.onMenuClosed();
+// The toolkit does not always tell where the pointer has come to in a drag.
+void IslandOverlayRootView::itemDragStateChanged(bool dragging) {
+  model_.onItemDragStateChanged(dragging);
+  if (!dragging) {
+    pointerFreed();
+  }
+}
+
+void IslandOverlayRootView::pointerFreed() {
+  if (model_.onPointerFreed) {
+    model_.onPointerFreed();
   }
 }
 

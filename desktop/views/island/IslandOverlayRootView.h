@@ -63,7 +63,8 @@ class IslandOverlayRootView final : public QWidget {
   void applyLook();
   void tellSurface();
   void layOut();
-  void popupClosed();
+  void itemDragStateChanged(bool dragging);
+  void pointerFreed();
 
   WeakOwner<IslandOverlayRootView> weak_{this};  // first: its members are given callbacks while it is being made
   IslandOverlayRootViewModel model_;

@@ -49,14 +49,14 @@ TEST_F(Hover, aKeyboardThatTheUserAskedForIsNotTheOneThatCameWithThePointerBefor
   EXPECT_TRUE(panel().isKeyWindow());
 }
 
-TEST_F(Hover, onceAMenuHasClosedThePointerIsLookedForWhereItIs) {
+TEST_F(Hover, onceAMenuOrADragIsOverThePointerIsLookedForWhereItIs) {
   openShown();
   putPointerOnPanel();
   hover(true);
-  view().onMenuClosed();
+  view().onPointerFreed();
   EXPECT_FALSE(state().showDismissProgress.get());
   platform.screens.pointer = {10, 10};
-  view().onMenuClosed();
+  view().onPointerFreed();
   EXPECT_TRUE(state().showDismissProgress.get());
 }
 

@@ -30,7 +30,7 @@ Island::Island() {
           .scheduler = platform.time,
           .clock = platform.time,
           .onHoverChanged = [this](bool hovering) { hovers.push_back(hovering); },
-          .onMenuClosed = [this] { ++closedMenus; },
+          .onPointerFreed = [this] { ++pointerReleases; },
           .onClose = [this] { ++closes; },
           .onOpenQuickLook =
               [this](const ScreenshotItem& item) { quickLooks.push_back(item.fileURL.lastPathComponent()); },

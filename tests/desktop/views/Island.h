@@ -53,7 +53,7 @@ class Island : public TestLibrary {
   CompositorWatch compositor;  // without a display one counts as there, until a test says otherwise
   IslandOverlayPresentationState state;
   std::vector<bool> hovers;
-  int closedMenus = 0;
+  int pointerReleases = 0;
   std::vector<std::pair<Size, bool>> drags;
   std::vector<std::string> quickLooks;  // file names
   std::optional<std::string> prepared;  // to be opened so

@@ -145,9 +145,9 @@ TEST_F(IslandFocus, aMenuThatOpensOverTheRestingPointerIsNoLeaving) {
   island_.hovers.clear();  // without a display, Qt tells of a leaving before the menu counts as open
   sendLeave();
   EXPECT_THAT(island_.hovers, Not(Contains(false)));
-  EXPECT_EQ(island_.closedMenus, 0);
+  EXPECT_EQ(island_.pointerReleases, 0);
   menu.close();
-  EXPECT_EQ(island_.closedMenus, 1);
+  EXPECT_EQ(island_.pointerReleases, 1);
   sendLeave();
   EXPECT_THAT(island_.hovers, Contains(false));
 }
@@ -162,9 +162,9 @@ TEST_F(IslandFocus, aMenuUnderAMenuIsWaitedForToo) {
   menu.popup(island_.view->mapToGlobal(QPoint(20, 20)));
   sendLeave();
   menu.close();
-  EXPECT_EQ(island_.closedMenus, 0);
+  EXPECT_EQ(island_.pointerReleases, 0);
   below.close();
-  EXPECT_EQ(island_.closedMenus, 1);
+  EXPECT_EQ(island_.pointerReleases, 1);
 }
 
 TEST_F(IslandFocus, underAMenuThePointerThatIsElsewhereHasLeft) {
@@ -175,7 +175,7 @@ TEST_F(IslandFocus, underAMenuThePointerThatIsElsewhereHasLeft) {
   sendLeave();
   EXPECT_THAT(island_.hovers, Contains(false));
   menu.close();
-  EXPECT_EQ(island_.closedMenus, 0);
+  EXPECT_EQ(island_.pointerReleases, 0);
 }
 
 TEST_F(IslandFocus, anEmptyLibraryHasNoStrip) {

@@ -186,6 +186,20 @@ TEST_F(ThumbnailStripTest, aLongerDragTakesTheItemOutOnceAndSelectsNothing) {
   EXPECT_THAT(selected(), ElementsAre("shot1.png"));
 }
 
+TEST_F(ThumbnailStripTest, theEndOfADragFreesThePointer) {
+  ingestNumbered(2);
+  island_.platform.windows.list = {{.id = 1, .frame = {{0, 0}, {2000, 2000}}}};
+  ThumbnailCell& pressed = cell("shot0.png");
+  mouse(pressed, QEvent::MouseButtonPress, {10, 10});
+  mouse(pressed, QEvent::MouseMove, {40, 10});
+  island_.platform.time.advanceBy(Seconds(1));
+  EXPECT_EQ(island_.pointerReleases, 0);
+  island_.platform.draggingSessions.end(1);
+  island_.platform.time.advanceBy(Seconds(1));
+  EXPECT_THAT(island_.itemDrags, ElementsAre(true, false));
+  EXPECT_EQ(island_.pointerReleases, 1);
+}
+
 TEST_F(ThumbnailStripTest, scrollsToWhatIsSelectedOverItsTime) {
   ingestNumbered(10);
   const double end = strip().width();
