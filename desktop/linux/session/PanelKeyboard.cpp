@@ -40,16 +40,18 @@ void PanelKeyboard::returnUnused() {
   }
 }
 
+void PanelKeyboard::keyboardCame() {
+  if (isUnwanted_ && x11::keyboardsOwner() == id()) {
+    isUnwanted_ = false;
+    giveBack();
+  }
+}
+
 void PanelKeyboard::heard(QEvent::Type type) {
   switch (type) {
     case QEvent::MouseButtonPress:
     case QEvent::ShortcutOverride:  // comes before every key, also before one that somebody takes on its way here
       isUsed_ = true;
-      break;
-    case QEvent::FocusIn:
-      if (std::exchange(isUnwanted_, false)) {
-        giveBack();
-      }
       break;
     case QEvent::FocusOut:
       ownerBefore_ = XCB_NONE;

@@ -28,6 +28,8 @@ class PanelKeyboard {
   void returnUnused();
   // What the window hears, before any of its views does.
   void heard(QEvent::Type type);
+  // The server has told the window that it has the keyboard. The toolkit tells so as soon as it has asked for it.
+  void keyboardCame();
 
  private:
   [[nodiscard]] xcb_window_t id() const { return static_cast<xcb_window_t>(window_.winId()); }

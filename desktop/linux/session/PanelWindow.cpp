@@ -317,6 +317,14 @@ void PanelWindow::closeEvent(QCloseEvent* event) {
   }
 }
 
+bool PanelWindow::nativeEvent(const QByteArray& eventType, void* message, qintptr* /*result*/) {
+  const auto* event = static_cast<const xcb_generic_event_t*>(message);
+  if (eventType == "xcb_generic_event_t" && (event->response_type & x11::kEventNumber) == XCB_FOCUS_IN) {
+    keyboard_.keyboardCame();
+  }
+  return false;
+}
+
 // Of the window itself, which hears of a press before the view that it is on.
 bool PanelWindow::eventFilter(QObject* /*object*/, QEvent* event) {
   keyboard_.heard(event->type());

@@ -74,6 +74,7 @@ class PanelWindow final : public QWidget {
   void resizeEvent(QResizeEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
+  bool nativeEvent(const QByteArray& eventType, void* message, qintptr* result) override;
   void timerEvent(QTimerEvent* event) override;
   bool eventFilter(QObject* object, QEvent* event) override;
 
