@@ -1,4 +1,6 @@
+#include <chrono>
 #include <random>
+#include <semaphore>
 #include <sys/resource.h>
 
 #include "tests/desktop/system/InotifyEventStreamTest.h"
@@ -91,12 +93,14 @@ TEST_F(WatchedFolderTest, theFlagOfLostRecordsComesWhenMoreHappensThanTheKernelK
   struct HoldingQueue final : SerialQueue {
     [[nodiscard]] const std::string& label() const override { return name; }
     void async(Task task) override {
+      reached.release();
       const std::lock_guard lock(gate);
       task();
     }
     void sync(const Task& task) override { task(); }
     void after(Seconds, Task task) override { async(std::move(task)); }
     std::string name = "holding";
+    std::counting_semaphore<> reached{0};
     std::mutex gate;
   } holding;
   stream = make(folder.url());
@@ -105,6 +109,7 @@ TEST_F(WatchedFolderTest, theFlagOfLostRecordsComesWhenMoreHappensThanTheKernelK
     const std::lock_guard held(holding.gate);
     ASSERT_TRUE(stream->FSEventStreamStart());
     writeFile(folder / "first.png", samples::png());
+    ASSERT_TRUE(holding.reached.try_acquire_for(std::chrono::seconds(20)));
     // Records alike follow one another as one: two names take turns.
     const UniqueFd even(::open((folder / "even").path().c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600));
     const UniqueFd odd(::open((folder / "odd").path().c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600));
