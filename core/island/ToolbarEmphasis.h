@@ -24,12 +24,14 @@ struct ToolbarEmphasis {
   bool operator==(const ToolbarEmphasis&) const = default;
 
   static constexpr double kBaseOpacity = 0.84;
+  static constexpr double kDisabledOpacity = 0.32;
+  static constexpr double kDisabledGain = 2.25;  // for what the floor lies above the base: 0.50 at a floor of 0.92
 };
 
 constexpr ToolbarEmphasis ToolbarEmphasis::of(const Touch& touch, double idleOpacityFloor) {
   const double atRest = std::max(kBaseOpacity, idleOpacityFloor);
   if (!touch.isEnabled) {
-    return {.opacity = 0.32 + 2.25 * (atRest - kBaseOpacity), .scale = 1, .tint = 0};
+    return {.opacity = kDisabledOpacity + kDisabledGain * (atRest - kBaseOpacity), .scale = 1, .tint = 0};
   }
   const double tint = controlTint(touch.isHovering, touch.isPressed);
   if (touch.isPressed) {
